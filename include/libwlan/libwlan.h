@@ -1,0 +1,16 @@
+#pragma once
+
+/// @file
+/// The whole public interface of libwlan.
+
+#include "libwlan/access_point.h"
+#include "libwlan/clock.h"
+#include "libwlan/debug_print.h"
+#include "libwlan/files.h"
+#include "libwlan/link_status.h"
+#include "libwlan/modes.h"
+#include "libwlan/process.h"
+#include "libwlan/settings.h"
+#include "libwlan/store.h"
+#include "libwlan/wext.h"
+#include "libwlan/wlan.h"

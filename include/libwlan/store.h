@@ -1,0 +1,128 @@
+#pragma once
+
+/// @file
+/// The camera's configuration store as libwlan sees it. The records and functions belong to the
+/// store's library, which the camera's firmware links; libwlan only imports them. The records cross
+/// by address, so their layout is the store's and is checked byte for byte below. Bytes named
+/// `own_…` are the store's and are never read or written by libwlan.
+
+#include <cstddef>
+#include <cstdint>
+
+#include "libwlan/api.h"
+#include "libwlan/settings.h"
+
+/// Client (station, AP-client) block and access-point block in one record.
+struct _wireless_setting {
+    unsigned char client_enabled; ///< 1 once the client block holds a network
+    unsigned char own_1[1];
+    auth_from_cam client_auth;
+    unsigned char own_3[1];
+    enc_from_cam client_enc;
+    set_apcli_from_cam client_apcli_mode;
+    unsigned char own_6[2];
+    std::int32_t client_channel;    ///< 0 automatic, 1 to 14 2.4 GHz, 15 and above 5 GHz
+    char client_ssid[64];           ///< NUL-terminated
+    char client_bssid[32];          ///< NUL-terminated, six hexadecimal octets with colons
+    char client_key[256];           ///< NUL-terminated WEP key or WPA passphrase
+    unsigned char client_key_index; ///< WEP default key number
+    unsigned char own_365[2];
+    char ap_ssid[64]; ///< NUL-terminated
+    char ap_key[256]; ///< NUL-terminated
+    auth_from_cam ap_auth;
+    enc_from_cam ap_enc;
+    unsigned char own_689[7];
+};
+
+static_assert(offsetof(_wireless_setting, client_enabled) == 0);
+static_assert(offsetof(_wireless_setting, client_auth) == 2);
+static_assert(offsetof(_wireless_setting, client_enc) == 4);
+static_assert(offsetof(_wireless_setting, client_apcli_mode) == 5);
+static_assert(offsetof(_wireless_setting, client_channel) == 8);
+static_assert(offsetof(_wireless_setting, client_ssid) == 12);
+static_assert(offsetof(_wireless_setting, client_bssid) == 76);
+static_assert(offsetof(_wireless_setting, client_key) == 108);
+static_assert(offsetof(_wireless_setting, client_key_index) == 364);
+static_assert(offsetof(_wireless_setting, ap_ssid) == 367);
+static_assert(offsetof(_wireless_setting, ap_key) == 431);
+static_assert(offsetof(_wireless_setting, ap_auth) == 687);
+static_assert(offsetof(_wireless_setting, ap_enc) == 688);
+static_assert(sizeof(_wireless_setting) == 696);
+
+/// Addresses for the DHCP server behind the access point, each a NUL-terminated dotted IPv4
+/// address.
+struct _dhcp_server_setting {
+    char server_address[32]; ///< the access-point interface's own address, router and DNS server
+    char pool_start[32];     ///< first address given out
+    char pool_end[32];       ///< last address given out
+    char subnet_mask[32];
+};
+
+static_assert(offsetof(_dhcp_server_setting, server_address) == 0);
+static_assert(offsetof(_dhcp_server_setting, pool_start) == 32);
+static_assert(offsetof(_dhcp_server_setting, pool_end) == 64);
+static_assert(offsetof(_dhcp_server_setting, subnet_mask) == 96);
+static_assert(sizeof(_dhcp_server_setting) == 128);
+
+/// The camera's identity. The store decides how long the record is; the room after the manufacturer
+/// is more than any store is known to fill.
+struct _system_setting {
+    unsigned char own_0[64];
+    char model_name[160];   ///< NUL-terminated
+    char manufacturer[160]; ///< NUL-terminated
+    unsigned char own_384[640];
+};
+
+static_assert(offsetof(_system_setting, model_name) == 64);
+static_assert(offsetof(_system_setting, manufacturer) == 224);
+static_assert(sizeof(_system_setting) == 1024);
+
+/// Follow-up actions for cam_set_client(); all bytes zero asks for none.
+struct _cam_actions {
+    unsigned char own_0[256];
+};
+
+extern "C" {
+
+/// Fills the whole record; the access-point and repeater modes read both blocks of it.
+/// @return 0, or non-zero on failure (the record is then not used).
+LIBWLAN_API int cam_get_ap(_wireless_setting* setting);
+
+/// Fills the whole record; the station mode reads its client block.
+/// @return 0, or non-zero on failure (the record is then not used).
+LIBWLAN_API int cam_get_client(_wireless_setting* setting);
+
+/// Stores the client block of the record and runs the given actions.
+/// @return 0, or non-zero on failure (nothing is then stored).
+LIBWLAN_API int cam_set_client(_wireless_setting* setting, _cam_actions* actions,
+                               unsigned char first_flag, unsigned char second_flag);
+
+/// Fills the system record.
+/// @return 0, or non-zero on failure (the record is then not used).
+LIBWLAN_API int cam_get_system(_system_setting* setting);
+
+/// Fills the DHCP server record.
+/// @return 0, or non-zero on failure (the record is then not used).
+LIBWLAN_API int cam_get_dhcp_server(_dhcp_server_setting* setting);
+}
+
+/// The store's product information: here, the regulatory region codes.
+class LIBWLAN_API PIB {
+public:
+    PIB();
+    virtual ~PIB();
+
+    /// Loads the product information.
+    int init();
+
+    /// @return the 2.4 GHz country region code.
+    int getRegion();
+
+    /// @return the 5 GHz country region code.
+    int getRegionABand();
+
+private:
+    int region_;
+    int region_a_band_;
+    unsigned char own_[496]; // a store's own class may be larger than these two numbers
+};

@@ -1,0 +1,104 @@
+#pragma once
+
+/// @file
+/// Class wext: a Realtek adapter, driven through Wireless Extensions, wpa_supplicant and hostapd.
+
+#include <cstddef>
+#include <cstdio>
+
+#include "libwlan/api.h"
+#include "libwlan/settings.h"
+
+/// One request's view of a Realtek adapter: construct, init(), one operation, release().
+///
+/// The object lives on the stack of one call and is used by one thread. The station runs on "wlan0"
+/// under wpa_supplicant, the access point on "wlan1" under hostapd.
+class LIBWLAN_API wext {
+public:
+    /// Marks the socket as closed and the console trace as off.
+    wext();
+
+    /// Does nothing. In particular it leaves the socket open: only release() closes it.
+    ~wext();
+
+    // --- Lifecycle
+
+    /// Opens a datagram socket for Wireless Extensions requests.
+    /// @return its descriptor, or -1 with errno set.
+    int open_socket();
+
+    /// Reads the debug level from /tmp/debug_level (0 without the file) and opens the socket.
+    /// @param stop_supplicant true ends a running wpa_supplicant through its pid file, waiting up
+    /// to ten
+    ///        seconds; false leaves it alone.
+    /// @return 0, or -1 after "iw_socket" on standard error.
+    int init(bool stop_supplicant);
+
+    /// Closes the socket if its number is greater than 0.
+    /// @return 0.
+    int release();
+
+    /// Brings an interface up and checks that it is.
+    /// @param log receives the messages for an empty name and for giving up; other errors go to
+    /// standard
+    ///        error.
+    /// @param retries how many tries, one second apart; 0 tries once.
+    /// @return 0 when the interface is up, else -1.
+    int network_nic_ifc_up(FILE* log, const char* ifname, int retries);
+
+    // --- Station
+
+    /// Writes /tmp/wpa_supplicant.conf for one network. Without a NUL-terminated name, or with a
+    /// line feed in a name or key, nothing is written.
+    /// @param auth open, WPA personal or WPA2 personal; anything else leaves the file unfinished.
+    /// @param enc not used: the daemon negotiates the cipher.
+    /// @param key passphrase, or raw key when it is exactly 64 characters long.
+    /// @return 0 when the file is complete, else -1.
+    int create_wpa_supplicant_config(char* ssid, auth_from_cam auth, enc_from_cam enc, char* key);
+
+    /// Writes the configuration and starts wpa_supplicant on "wlan0", also when writing failed.
+    /// With a debug level that has bit 2 the daemon runs in the foreground and the call lasts as
+    /// long as it.
+    /// @return the result of create_wpa_supplicant_config().
+    int do_infra_mode(char* ssid, auth_from_cam auth, enc_from_cam enc, char* key);
+
+    // --- Access point
+
+    /// Writes /tmp/hostapd.conf. Modes other than WPA, WPA2 and mixed personal give an open
+    /// network.
+    /// @return 0 when the file is complete, else -1.
+    int create_hostapd_config(char* ssid, auth_from_cam auth, enc_from_cam enc, char* key);
+
+    /// Writes the configuration, stops a running hostapd (waiting up to ten seconds) and starts a
+    /// new one on "wlan1", also when writing failed. Debug level bit 2 as in do_infra_mode().
+    /// @return the result of create_hostapd_config().
+    int do_ap_mode(char* ssid, auth_from_cam auth, enc_from_cam enc, char* key);
+
+    /// do_ap_mode(), then do_infra_mode(); the station is not started when the access point failed.
+    /// @return 0 or -1.
+    int do_repeater_mode(char* ap_ssid, auth_from_cam ap_auth, enc_from_cam ap_enc, char* ap_key,
+                         char* sta_ssid, auth_from_cam sta_auth, enc_from_cam sta_enc,
+                         char* sta_key);
+
+    // --- Data
+
+    int debug_flag =
+        0;           ///< number in /tmp/debug_level: non-zero traces command lines to the console
+    int debug_level; ///< the same number, 0 without the file: bit 2 runs daemons in the foreground
+    int sock = -1;   ///< Wireless Extensions socket, -1 when closed
+    FILE* console;   ///< "/dev/console", opened for the trace line
+};
+
+static_assert(offsetof(wext, debug_flag) == 0);
+static_assert(offsetof(wext, debug_level) == 4);
+static_assert(offsetof(wext, sock) == 8);
+static_assert(offsetof(wext, console) == (sizeof(FILE*) == 8 ? 16 : 12));
+
+extern "C" {
+
+/// The channel that the Realtek driver recommends for an access point, from
+/// /proc/net/rtl8188eu/wlan1/best_channel; prints it to standard output when the file was read.
+/// @param channel receives the recommendation; untouched when the file has none.
+/// @return that channel, or 1 when the file cannot be read.
+LIBWLAN_API int get_best_channel(int* channel);
+}
