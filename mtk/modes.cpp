@@ -1,0 +1,136 @@
+#include <cstdio>
+
+#include <unistd.h>
+
+#include "libwlan/wlan.h"
+#include "mtk/channel_algorithm.h"
+#include "mtk/interfaces.h"
+#include "util/cut_text.h"
+
+namespace {
+
+constexpr unsigned char access_point_key_index = 1;
+
+// An automatic channel sets up both AP-client interfaces, one pass each. The driver sees the marker
+// of the pass as an impossible channel, which it ignores.
+constexpr int automatic_channel = 0;
+constexpr int first_pass = 999;
+constexpr int second_pass = 1000;
+constexpr unsigned int pause_between_passes = 2; // seconds
+
+constexpr int first_5g_channel = 15;
+
+struct station_settings {
+    char* ssid;
+    char* bssid;
+    auth_from_cam auth;
+    enc_from_cam enc;
+    char* key;
+    set_apcli_from_cam mode;
+    unsigned char key_index;
+};
+
+int set_bssid_to_join(wlan& radio, const station_settings& station) {
+    char any[] = "00:00:00:00:00:00";
+    const char* bssid = station.mode == APCLI_BY_BSSID ? station.bssid : any;
+    if (bssid == nullptr)
+        return -1;
+    char text[32]{};
+    cut_text(text, sizeof text - 1, "%s", bssid);
+    return radio.set_bssid(text);
+}
+
+/// Sets up the AP-client on one interface.
+/// @return the message of the step that failed, or null.
+const char* join_on(wlan& radio, char* interface, int channel, const station_settings& station) {
+    if (radio.set_interface(interface) != 0)
+        return "set interface failed\n";
+    if (radio.set_prefix(apcli_prefix) != 0)
+        return "set prefix failed\n";
+    if (radio.may_enable_device(interface) != 0)
+        return "enable device failed\n";
+    if (radio.enable_apcli(false) != 0)
+        return "enable apcli failed\n";
+    if (radio.set_infra_mode() != 0)
+        return "set infra failed\n";
+    if (radio.set_auth(station.auth) != 0)
+        return "set auth fail\n";
+    if (radio.set_enc_and_key(station.enc, station.key, station.ssid, station.key_index) != 0)
+        return "set enc and key fail\n";
+    if (radio.set_ssid(station.ssid) != 0)
+        return "set ssid fail\n";
+    if (set_bssid_to_join(radio, station) != 0)
+        return "set bssid fail\n";
+    if (radio.enable_apcli(true) != 0)
+        return "set apcli fail\n";
+    if (radio.set_channel(channel, station.mode) != 0)
+        return "set channel fail\n";
+    return nullptr;
+}
+
+/// Sets up the access point.
+/// @return the message of the step that failed, or null.
+const char* open_access_point(wlan& radio, char* ssid, auth_from_cam auth, enc_from_cam enc,
+                              char* key) {
+    if (radio.set_interface(access_point_interface) != 0)
+        return "set interface fail\n";
+    if (radio.set_prefix(no_prefix) != 0)
+        return "set prefix fail\n";
+    if (radio.may_enable_device(access_point_interface) != 0)
+        return "enable device fail\n";
+    if (radio.set_ap_mode() != 0)
+        return "set ap fail\n";
+    if (radio.set_auth(auth) != 0)
+        return "set auth fail\n";
+    if (radio.set_enc_and_key(enc, key, ssid, access_point_key_index) != 0)
+        return "set enc and key fail\n";
+    if (radio.set_ssid(ssid) != 0)
+        return "set ssid fail\n";
+    return nullptr;
+}
+
+} // namespace
+
+int wlan::do_infra_mode(char* ssid, char* bssid, auth_from_cam auth, enc_from_cam enc, char* key,
+                        int channel, set_apcli_from_cam mode, unsigned char key_index) {
+    const station_settings station{ssid, bssid, auth, enc, key, mode, key_index};
+    char* interface = station_2g_interface;
+    int result = -1;
+    for (;;) {
+        if (channel >= first_5g_channel)
+            interface = station_5g_interface;
+        else if (channel == automatic_channel)
+            channel = first_pass;
+
+        if (const char* message = join_on(*this, interface, channel, station)) {
+            std::fputs(message, stderr);
+            return result; // 0 on the second pass: the camera is set up to join on the first
+                           // interface
+        }
+        result = 0;
+        if (channel != first_pass)
+            return result;
+        channel = second_pass;
+        sleep(pause_between_passes);
+    }
+}
+
+int wlan::do_ap_mode(char* ssid, auth_from_cam auth, enc_from_cam enc, char* key) {
+    if (const char* message = open_access_point(*this, ssid, auth, enc, key)) {
+        std::fputs(message, stderr);
+        return -1;
+    }
+    return 0;
+}
+
+int wlan::do_repeater_mode(char* ap_ssid, auth_from_cam ap_auth, enc_from_cam ap_enc, char* ap_key,
+                           char* client_ssid, char* client_bssid, auth_from_cam client_auth,
+                           enc_from_cam client_enc, char* client_key, int channel,
+                           set_apcli_from_cam mode, char key_index) {
+    if (do_ap_mode(ap_ssid, ap_auth, ap_enc, ap_key) != 0)
+        return -1;
+    set_channel_algorithm(access_point_channel_algorithm);
+    const int joined = do_infra_mode(client_ssid, client_bssid, client_auth, client_enc, client_key,
+                                     channel, mode, static_cast<unsigned char>(key_index));
+    return joined == 0 ? 0 : -1;
+}
