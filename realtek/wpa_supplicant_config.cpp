@@ -1,0 +1,80 @@
+#include <cstdio>
+#include <cstring>
+
+#include "libwlan/store.h"
+#include "libwlan/wext.h"
+#include "realtek/config_text.h"
+#include "realtek/daemon_files.h"
+#include "util/cut_text.h"
+
+namespace {
+
+constexpr std::size_t raw_key_length = 64; // a passphrase is at most 63 characters long
+
+constexpr const char* head = "ctrl_interface=/var/run/wpa_supplicant\n"
+                             "device_type=4-0050F204-3\n"
+                             "model_name=%.160s\n"
+                             "manufacturer=%.160s\n"
+                             "os_version=01020300\n"
+                             "config_methods=push_button virtual_push_button\n"
+                             "eapol_version=1\n"
+                             "network={\n"
+                             "\tscan_ssid=1\n"
+                             "\tauth_alg=OPEN\n";
+
+bool has_passphrase(auth_from_cam auth) {
+    return auth == AUTH_WPAPSK || auth == AUTH_WPA2PSK;
+}
+
+// The lines of a name and a key are cut at 127 characters.
+
+void write_ssid(FILE* file, const char* ssid) {
+    char line[128];
+    cut_text(line, sizeof line, "ssid=\"%s\"", ssid);
+    std::fprintf(file, "\t%s\n", line);
+}
+
+void write_key(FILE* file, const char* key) {
+    char line[128];
+    cut_text(line, sizeof line, std::strlen(key) == raw_key_length ? "\tpsk=%s" : "\tpsk=\"%s\"",
+             key);
+    std::fprintf(file, "%s\n", line);
+}
+
+} // namespace
+
+int wext::create_wpa_supplicant_config(char* ssid, auth_from_cam auth, enc_from_cam /*enc*/,
+                                       char* key) {
+    if (!fits_one_line(ssid) || (has_passphrase(auth) && !fits_one_line(key)))
+        return -1;
+    _system_setting system{};
+    if (cam_get_system(&system) != 0)
+        return -1;
+    FILE* file = std::fopen(WPA_SUPPLICANT_CONFIG, "w+");
+    if (file == nullptr)
+        return -1;
+
+    std::fprintf(file, head, system.model_name, system.manufacturer);
+    write_ssid(file, ssid);
+    switch (auth) {
+    case AUTH_WPAPSK:
+        std::fputs("\tkey_mgmt=WPA-PSK\n\tproto=WPA\n", file);
+        break;
+    case AUTH_WPA2PSK:
+        std::fputs("\tkey_mgmt=WPA-PSK\n\tproto=RSN\n", file);
+        break;
+    case AUTH_OPEN:
+        std::fputs("\tkey_mgmt=NONE\n", file);
+        break;
+    default:
+        // The file stays unfinished, so that the daemon started next joins nothing.
+        std::fputs("Unknow authentication mode of Wireless settings.", stderr);
+        std::fclose(file);
+        return -1;
+    }
+    if (has_passphrase(auth))
+        write_key(file, key);
+    std::fputs("}\n", file);
+    std::fclose(file);
+    return 0;
+}
