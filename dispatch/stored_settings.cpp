@@ -1,12 +1,10 @@
 #include "dispatch/stored_settings.h"
 
-#include <cstring>
-
 namespace {
 
 template <std::size_t size>
-bool has_end(const char (&text)[size]) {
-    return std::memchr(text, '\0', size) != nullptr;
+void end_text(char (&text)[size]) {
+    text[size - 1] = '\0';
 }
 
 } // namespace
@@ -14,8 +12,10 @@ bool has_end(const char (&text)[size]) {
 int read_settings(int (*read)(_wireless_setting*), _wireless_setting& settings) {
     if (read(&settings) != 0)
         return -1;
-    const bool whole = has_end(settings.client_ssid) && has_end(settings.client_bssid) &&
-                       has_end(settings.client_key) && has_end(settings.ap_ssid) &&
-                       has_end(settings.ap_key);
-    return whole ? 0 : -1;
+    end_text(settings.client_ssid);
+    end_text(settings.client_bssid);
+    end_text(settings.client_key);
+    end_text(settings.ap_ssid);
+    end_text(settings.ap_key);
+    return 0;
 }

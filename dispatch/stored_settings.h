@@ -2,8 +2,8 @@
 
 #include "libwlan/store.h"
 
-/// Reads one record from the store. A record with a text that has no end is refused: reading it
-/// would run on into the next field, from a name into a key.
+/// Reads one record from the store. A text that the store left without an end is cut at the end of
+/// its field: reading on would carry a key into a name.
 /// @param read cam_get_ap or cam_get_client.
 /// @return 0 or -1.
 int read_settings(int (*read)(_wireless_setting*), _wireless_setting& settings);

@@ -126,9 +126,10 @@ int wlan::set_channel_algorithm(int algorithm) {
 int wlan::set_region() {
     PIB product;
     product.init();
+    const int region = product.getRegion();
     if (std::strncmp(ifname, station_5g_interface, sizeof ifname) == 0)
         return send(*this, "CountryRegionABand=%d", product.getRegionABand());
-    return send(*this, "CountryRegion=%d", product.getRegion());
+    return send(*this, "CountryRegion=%d", region);
 }
 
 int wlan::set_infra_mode() {

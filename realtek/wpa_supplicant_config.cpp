@@ -14,7 +14,7 @@ constexpr std::size_t raw_key_length = 64; // a passphrase is at most 63 charact
 constexpr const char* head = "ctrl_interface=/var/run/wpa_supplicant\n"
                              "device_type=4-0050F204-3\n"
                              "model_name=%.160s\n"
-                             "manufacturer=%.160s\n"
+                             "manufacturer=%.800s\n"
                              "os_version=01020300\n"
                              "config_methods=push_button virtual_push_button\n"
                              "eapol_version=1\n"
@@ -28,13 +28,13 @@ bool has_passphrase(auth_from_cam auth) {
 
 // The lines of a name and a key are cut at 127 characters.
 
-void write_ssid(FILE* file, const char* ssid) {
+void write_quoted_ssid(FILE* file, const char* ssid) {
     char line[128];
     cut_text(line, sizeof line, "ssid=\"%s\"", ssid);
     std::fprintf(file, "\t%s\n", line);
 }
 
-void write_key(FILE* file, const char* key) {
+void write_psk(FILE* file, const char* key) {
     char line[128];
     cut_text(line, sizeof line, std::strlen(key) == raw_key_length ? "\tpsk=%s" : "\tpsk=\"%s\"",
              key);
@@ -55,7 +55,7 @@ int wext::create_wpa_supplicant_config(char* ssid, auth_from_cam auth, enc_from_
         return -1;
 
     std::fprintf(file, head, system.model_name, system.manufacturer);
-    write_ssid(file, ssid);
+    write_quoted_ssid(file, ssid);
     switch (auth) {
     case AUTH_WPAPSK:
         std::fputs("\tkey_mgmt=WPA-PSK\n\tproto=WPA\n", file);
@@ -73,7 +73,7 @@ int wext::create_wpa_supplicant_config(char* ssid, auth_from_cam auth, enc_from_
         return -1;
     }
     if (has_passphrase(auth))
-        write_key(file, key);
+        write_psk(file, key);
     std::fputs("}\n", file);
     std::fclose(file);
     return 0;

@@ -5,7 +5,8 @@
 
 #include <optional>
 
-/// Fixed at build time. Bit 2 prints masked diagnostics and runs the daemons in the foreground.
+/// Fixed at build time. The bit of value 2 prints masked diagnostics and runs the daemons in the
+/// foreground.
 constexpr unsigned int debug_mask = 2;
 
 /// The number in /tmp/debug_level; none when there is no such file or no number in it.

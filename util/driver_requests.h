@@ -5,8 +5,8 @@
 
 #include "util/wireless_request.h"
 
-constexpr unsigned long driver_query = SIOCIWFIRSTPRIV + 0x01; // query code in the flags
-constexpr unsigned long driver_set = SIOCIWFIRSTPRIV + 0x02;   // Key=Value text
+constexpr unsigned long driver_query = SIOCIWFIRSTPRIV + 0x01;  // query code in the flags
+constexpr unsigned long driver_set = SIOCIWFIRSTPRIV + 0x02;    // Key=Value text
 constexpr unsigned long driver_survey = SIOCIWFIRSTPRIV + 0x0D; // survey table as text
 
 static_assert(driver_query == 0x8BE1);

@@ -26,7 +26,9 @@ static_assert(sizeof(iw_statistics) == 32);
 static_assert(offsetof(iw_statistics, qual.level) == 3);
 static_assert(offsetof(iw_statistics, qual.noise) == 4);
 
-int signed_byte(unsigned char byte) { return byte < 0x80 ? byte : byte - 0x100; }
+int signed_byte(unsigned char byte) {
+    return byte < 0x80 ? byte : byte - 0x100;
+}
 
 } // namespace
 

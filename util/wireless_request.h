@@ -13,7 +13,7 @@
 /// Names the interface that `request` is for. A name of 16 characters or more reaches the kernel
 /// without a terminator.
 inline void name_request(iwreq& request, const char* ifname) {
-    fill_field(request.ifr_name, ifname);
+    fill_field(request.ifr_name, ifname == nullptr ? "" : ifname);
 }
 
 /// A request that is zero but for the interface.

@@ -10,7 +10,8 @@ extern "C" {
 
 /// Starts the stored access point and then a DHCP server on its interface ("ra0" on MediaTek,
 /// "wlan1" on Realtek): stops an old udhcpd (waiting up to ten seconds), writes /tmp/udhcpd.conf,
-/// gives the interface its address with `ifconfig` and runs `udhcpd`, which must detach by itself.
+/// gives the interface its address with `ifconfig` and runs `udhcpd`. The camera's image has udhcpd
+/// detach by itself, read /tmp/udhcpd.conf and write /tmp/udhcpd.pid.
 /// @return 0, or -1 when the access point or the store failed; the DHCP server is then left alone.
 LIBWLAN_API int run_ap_mode_base_db();
 
@@ -28,6 +29,6 @@ LIBWLAN_API int do_stop_ap_mode_mtk();
 LIBWLAN_API int do_stop_ap_mode_realtek();
 
 /// Writes /tmp/udhcpd.conf for `interface`.
-/// @return 0, or -1 after "Open /tmp/udhcpd.conf fail" on standard error.
+/// @return 0; -1 after "Open /tmp/udhcpd.conf fail" on standard error, or for a null argument.
 LIBWLAN_API int create_udhcpd_config(const char* interface, const _dhcp_server_setting* setting);
 }

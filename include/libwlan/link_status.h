@@ -2,7 +2,8 @@
 
 /// @file
 /// Questions about links and interfaces. Each call asks the kernel, the driver or a tool afresh and
-/// keeps nothing. Interface names are cut at 16 characters.
+/// keeps nothing. Driver requests see the first 16 characters of an
+/// interface name; no interface has a longer one.
 
 #include <cstdint>
 

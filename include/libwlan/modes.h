@@ -2,8 +2,9 @@
 
 /// @file
 /// Radio modes on whichever adapter is plugged in. Every entry point looks for the adapter family
-/// afresh, runs one request on a fresh driver object and returns 0 for success and -1 for failure;
-/// the reason for a failure goes to standard error. A failed request leaves one socket open.
+/// afresh, runs one request on a fresh driver object and returns 0 for success and -1 for failure.
+/// The driver's and the sequences' messages go to standard error; a store that fails speaks for
+/// itself. A request that failed on the radio leaves one socket open.
 ///
 /// Names ending in `_base_db` take their settings from the configuration store. SSIDs, BSSIDs and
 /// keys are NUL-terminated texts. Callers run one request at a time.

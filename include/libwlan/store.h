@@ -69,15 +69,15 @@ static_assert(sizeof(_dhcp_server_setting) == 128);
 struct _system_setting {
     unsigned char own_0[64];
     char model_name[160];   ///< NUL-terminated
-    char manufacturer[160]; ///< NUL-terminated
-    unsigned char own_384[640];
+    char manufacturer[800]; ///< NUL-terminated; the store's own bytes follow the text
 };
 
 static_assert(offsetof(_system_setting, model_name) == 64);
 static_assert(offsetof(_system_setting, manufacturer) == 224);
 static_assert(sizeof(_system_setting) == 1024);
 
-/// Follow-up actions for cam_set_client(); all bytes zero asks for none.
+/// Follow-up actions for cam_set_client(); all bytes zero asks for none. As long as the store
+/// decides.
 struct _cam_actions {
     unsigned char own_0[256];
 };

@@ -48,8 +48,8 @@ public:
 
     // --- Station
 
-    /// Writes /tmp/wpa_supplicant.conf for one network. Without a NUL-terminated name, or with a
-    /// line feed in a name or key, nothing is written.
+    /// Writes /tmp/wpa_supplicant.conf for one network. With a null name or a null key that is
+    /// needed, or a line feed in one of them, nothing is written.
     /// @param auth open, WPA personal or WPA2 personal; anything else leaves the file unfinished.
     /// @param enc not used: the daemon negotiates the cipher.
     /// @param key passphrase, or raw key when it is exactly 64 characters long.
@@ -57,20 +57,20 @@ public:
     int create_wpa_supplicant_config(char* ssid, auth_from_cam auth, enc_from_cam enc, char* key);
 
     /// Writes the configuration and starts wpa_supplicant on "wlan0", also when writing failed.
-    /// With a debug level that has bit 2 the daemon runs in the foreground and the call lasts as
-    /// long as it.
+    /// With a debug level that has the bit of value 2 the daemon runs in the foreground and the
+    /// call lasts as long as it.
     /// @return the result of create_wpa_supplicant_config().
     int do_infra_mode(char* ssid, auth_from_cam auth, enc_from_cam enc, char* key);
 
     // --- Access point
 
     /// Writes /tmp/hostapd.conf. Modes other than WPA, WPA2 and mixed personal give an open
-    /// network.
+    /// network. Null texts and line feeds as in create_wpa_supplicant_config().
     /// @return 0 when the file is complete, else -1.
     int create_hostapd_config(char* ssid, auth_from_cam auth, enc_from_cam enc, char* key);
 
     /// Writes the configuration, stops a running hostapd (waiting up to ten seconds) and starts a
-    /// new one on "wlan1", also when writing failed. Debug level bit 2 as in do_infra_mode().
+    /// new one on "wlan1", also when writing failed. The debug level counts as in do_infra_mode().
     /// @return the result of create_hostapd_config().
     int do_ap_mode(char* ssid, auth_from_cam auth, enc_from_cam enc, char* key);
 
@@ -84,7 +84,8 @@ public:
 
     int debug_flag =
         0;           ///< number in /tmp/debug_level: non-zero traces command lines to the console
-    int debug_level; ///< the same number, 0 without the file: bit 2 runs daemons in the foreground
+    int debug_level; ///< the same number, 0 without the file: the bit of value 2 runs daemons in
+                     ///< the foreground
     int sock = -1;   ///< Wireless Extensions socket, -1 when closed
     FILE* console;   ///< "/dev/console", opened for the trace line
 };
@@ -99,6 +100,6 @@ extern "C" {
 /// The channel that the Realtek driver recommends for an access point, from
 /// /proc/net/rtl8188eu/wlan1/best_channel; prints it to standard output when the file was read.
 /// @param channel receives the recommendation; untouched when the file has none.
-/// @return that channel, or 1 when the file cannot be read.
+/// @return that channel, or 1 when the file cannot be read or `channel` is null.
 LIBWLAN_API int get_best_channel(int* channel);
 }
