@@ -1,0 +1,71 @@
+#include "sim/json_place.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+json_place::json_place(nlohmann::json value, std::string where)
+    : value_(std::move(value)), where_(std::move(where)) {}
+
+void json_place::refuse(const std::string& expected) const {
+    throw std::runtime_error(where_ + ": expected " + expected);
+}
+
+json_place json_place::get(const char* key, const nlohmann::json& unset) const {
+    return {value_.contains(key) ? value_[key] : unset, where_ + "." + key};
+}
+
+bool json_place::given() const {
+    return !value_.is_null();
+}
+
+void json_place::only(const std::vector<std::string>& keys) const {
+    for (const auto& [name, entry] : entries())
+        if (std::find(keys.begin(), keys.end(), name) == keys.end())
+            throw std::runtime_error(entry.where_ + ": unknown key");
+}
+
+std::vector<std::pair<std::string, json_place>> json_place::entries() const {
+    if (!value_.is_object())
+        refuse("an object");
+    std::vector<std::pair<std::string, json_place>> result;
+    for (const auto& entry : value_.items())
+        result.emplace_back(entry.key(), json_place(entry.value(), where_ + "." + entry.key()));
+    return result;
+}
+
+std::vector<json_place> json_place::items(std::size_t most) const {
+    if (!value_.is_array() || value_.size() > most)
+        refuse("a list of at most " + std::to_string(most));
+    std::vector<json_place> result;
+    for (const nlohmann::json& item : value_)
+        result.emplace_back(item, where_ + "[" + std::to_string(result.size()) + "]");
+    return result;
+}
+
+std::string json_place::text(std::size_t most) const {
+    if (!value_.is_string() || value_.get_ref<const std::string&>().size() > most)
+        refuse("a text of at most " + std::to_string(most) + " bytes");
+    return value_;
+}
+
+int json_place::number(int low, int high) const {
+    if (!value_.is_number_integer() || value_ < low || value_ > high)
+        refuse("a whole number from " + std::to_string(low) + " to " + std::to_string(high));
+    return value_;
+}
+
+bool json_place::yes() const {
+    if (!value_.is_boolean())
+        refuse("true or false");
+    return value_;
+}
+
+int json_place::word(const std::vector<json_word>& words) const {
+    std::string known;
+    for (const json_word& word : words) {
+        if (value_ == word.text)
+            return word.value;
+        known += std::string(" ") + word.text;
+    }
+    refuse("one of" + known);
+}

@@ -1,0 +1,71 @@
+#pragma once
+
+/* The MediaTek/Ralink radio as its driver shows it. Freestanding C, like the air. */
+
+#include "sim/air.h"
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* The driver's interfaces: "ra0", and the AP-clients "wlan0" and "apclii0". */
+enum mtk_vif_number { MTK_AP, MTK_CLIENT_2G, MTK_CLIENT_5G, MTK_VIFS };
+
+/* What the driver keeps of the commands that it was given. */
+enum mtk_key {
+    MTK_AUTH_MODE,
+    MTK_ENCRYP_TYPE,
+    MTK_WPAPSK,
+    MTK_SSID,
+    MTK_BSSID,
+    MTK_DEFAULT_KEY_ID,
+    MTK_KEY_1,
+    MTK_KEY_2,
+    MTK_KEY_3,
+    MTK_KEY_4,
+    MTK_CHANNEL,
+    MTK_COUNTRY_REGION,
+    MTK_COUNTRY_REGION_A,
+    MTK_RADIO_ON,
+    MTK_AUTO_CHANNEL,
+    MTK_ENABLE,
+    MTK_AUTO_CONNECT,
+    MTK_8021X,
+    MTK_MIX_PAIR_CIPHER,
+    MTK_SITE_SURVEY,
+    MTK_KEYS
+};
+
+enum { MTK_VALUE_MAX = 256, MTK_NOISE = -95 };
+
+/* Errno numbers differ between architectures; who carries this model has its own for these. */
+enum mtk_answer { MTK_DONE, MTK_INVALID, MTK_DOWN };
+
+struct mtk_vif {
+    uint8_t up;
+    int32_t joined; /* number, from 1, of the access point in the air; 0 for none */
+    char values[MTK_KEYS][MTK_VALUE_MAX];
+};
+
+struct mtk_radio {
+    struct mtk_vif vifs[MTK_VIFS];
+};
+
+void mtk_radio_bring(struct mtk_radio* radio, const struct air* air, int vif, int up);
+
+/* Private request "set": one Key=Value text, with or without its NUL. */
+enum mtk_answer mtk_radio_set(struct mtk_radio* radio, const struct air* air, int vif,
+                              const char* text, size_t length);
+
+/* Private request "query": a 32-bit figure by its code. */
+enum mtk_answer mtk_radio_query(const struct mtk_radio* radio, const struct air* air, int code,
+                                int32_t* answer);
+
+/* Level in dBm of what the chip receives. */
+int mtk_radio_level(const struct mtk_radio* radio, const struct air* air);
+
+int mtk_radio_channel(const struct mtk_radio* radio, const struct air* air, int vif);
+
+#ifdef __cplusplus
+}
+#endif

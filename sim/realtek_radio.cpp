@@ -1,0 +1,14 @@
+#include "sim/realtek_radio.h"
+
+void realtek_radio_bring(realtek_radio& radio, int vif, bool up) {
+    radio.vifs[vif].up = up;
+    if (!up)
+        radio.vifs[vif].joined = 0;
+}
+
+int realtek_radio_channel(const realtek_radio& radio, const air& air, int vif) {
+    const auto& asked = radio.vifs[vif];
+    if (asked.joined != 0)
+        return air_channel(air.points[asked.joined - 1].mhz);
+    return asked.channel != 0 ? asked.channel : 1;
+}

@@ -1,0 +1,22 @@
+#pragma once
+
+// The Realtek radio as its driver shows it.
+
+#include <cstdint>
+
+#include "sim/air.h"
+
+/// The driver's interfaces: "wlan0" for wpa_supplicant, "wlan1" for hostapd.
+enum realtek_vif_number { REALTEK_STATION, REALTEK_AP, REALTEK_VIFS };
+
+struct realtek_radio {
+    struct {
+        std::uint8_t up;
+        std::int32_t joined;  // number, from 1, of the access point in the air; 0 for none
+        std::int32_t channel; // the one that hostapd asked for
+    } vifs[REALTEK_VIFS];
+};
+
+void realtek_radio_bring(realtek_radio& radio, int vif, bool up);
+
+int realtek_radio_channel(const realtek_radio& radio, const air& air, int vif);

@@ -1,0 +1,217 @@
+#include "sim/scene.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cerrno>
+#include <climits>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "sim/camera_state.h"
+#include "sim/json_place.h"
+#include "sim/paths.h"
+
+namespace fs = std::filesystem;
+using nlohmann::json;
+
+namespace {
+
+const std::vector<json_word> adapters = {{"none", 0}, {"mediatek", 1}, {"realtek", 2}};
+const std::vector<json_word> usb_listings = {{"proc", 0}, {"lsusb", 1}, {"absent", 2}};
+const std::vector<json_word> interface_states = {{"up", 1}, {"down", 0}};
+
+// The usual cipher of each security has the same number.
+const std::vector<json_word> securities = {{"open", AIR_OPEN},
+                                           {"wep", AIR_WEP},
+                                           {"wpa", AIR_WPA},
+                                           {"wpa2", AIR_WPA2},
+                                           {"mixed", AIR_WPA | AIR_WPA2}};
+const std::vector<json_word> ciphers = {{"none", AIR_PLAIN},
+                                        {"wep", AIR_RC4},
+                                        {"tkip", AIR_TKIP},
+                                        {"aes", AIR_AES},
+                                        {"tkipaes", AIR_TKIP | AIR_AES}};
+
+/// By adapter, in the order of its driver's vifs.
+const std::vector<std::string> interface_names[] = {
+    {}, {"ra0", "wlan0", "apclii0"}, {"wlan0", "wlan1"}};
+
+constexpr const char* usb_devices[] = {
+    "P:  Vendor=1d6b ProdID=0002 Rev= 2.06\n",
+    "P:  Vendor=1d6b ProdID=0002 Rev= 2.06\nP:  Vendor=148f ProdID=7601 Rev= 0.00\n",
+    "P:  Vendor=1d6b ProdID=0002 Rev= 2.06\nP:  Vendor=0bda ProdID=8179 Rev= 0.00\n"};
+
+void copy_text(const json_place& from, short_text& target) {
+    const std::string text = from.text(sizeof target - 1);
+    std::copy(text.begin(), text.end(), target);
+}
+
+/// Octets of two hexadecimal digits each, with a separator between them.
+std::string octets(const json_place& from, std::size_t most, const std::string& separator) {
+    const std::string text = from.text(3 * most) + separator;
+    const std::size_t step = 2 + separator.size();
+    std::string bytes;
+    for (std::size_t i = 0; i < text.size(); i += step) {
+        if (std::isxdigit(text[i]) == 0 || std::isxdigit(text[i + 1]) == 0 ||
+            text.compare(i + 2, separator.size(), separator) != 0 || bytes.size() == most)
+            from.refuse("at most " + std::to_string(most) + " octets of two hexadecimal digits");
+        bytes += static_cast<char>(std::stoi(text.substr(i, 2), nullptr, 16));
+    }
+    return bytes;
+}
+
+int mhz_of_channel(int channel) {
+    if (channel == 14)
+        return 2484;
+    return (channel < 14 ? 2407 : 5000) + 5 * channel;
+}
+
+access_point read_access_point(const json_place& from) {
+    from.only(
+        {"ssid", "ssid_hex", "bssid", "channel", "mhz", "security", "cipher", "level", "key"});
+    access_point point{};
+    const json_place hex = from.get("ssid_hex");
+    const std::string ssid =
+        hex.given() ? octets(hex, AIR_SSID_MAX, "") : from.get("ssid").text(AIR_SSID_MAX);
+    std::copy(ssid.begin(), ssid.end(), point.ssid);
+    point.ssid_length = static_cast<std::uint8_t>(ssid.size());
+    const std::string bssid = octets(from.get("bssid"), 6, ":");
+    if (bssid.size() != 6)
+        from.get("bssid").refuse("six octets");
+    std::copy(bssid.begin(), bssid.end(), point.bssid);
+    const int mhz = mhz_of_channel(from.get("channel", 1).number(1, 196));
+    point.mhz = static_cast<std::uint16_t>(from.get("mhz", mhz).number(2412, 5980));
+    point.security = static_cast<std::uint8_t>(from.get("security", "open").word(securities));
+    const json_place cipher = from.get("cipher");
+    point.cipher =
+        cipher.given() ? static_cast<std::uint8_t>(cipher.word(ciphers)) : point.security;
+    point.level = static_cast<std::int8_t>(from.get("level", -60).number(-127, 0));
+    const std::string key = from.get("key", "").text(AIR_KEY_MAX);
+    std::copy(key.begin(), key.end(), point.key);
+    return point;
+}
+
+int read_errno(const json_place& from) {
+    const std::string name = from.text(32);
+    for (int number = 1; number < 256; ++number)
+        if (strerrorname_np(number) != nullptr && name == strerrorname_np(number))
+            return number;
+    from.refuse("the name of an errno, like EIO");
+}
+
+scene_fault read_fault(const json_place& from) {
+    from.only({"call", "match", "nth", "times", "errno"});
+    scene_fault fault{};
+    copy_text(from.get("call"), fault.call);
+    copy_text(from.get("match", ""), fault.match);
+    fault.nth = from.get("nth", 1).number(1, INT_MAX);
+    fault.times = from.get("times", 1).number(0, INT_MAX);
+    fault.error = read_errno(from.get("errno"));
+    return fault;
+}
+
+void read_interfaces(const json_place& scene, camera_state& state) {
+    const auto& names = interface_names[static_cast<int>(state.adapter)];
+    json all = json::object();
+    for (const std::string& name : names)
+        all[name] = {{"state", "up"}};
+    for (const auto& [name, entry] : scene.get("interfaces", all).entries()) {
+        entry.only({"state"});
+        const auto found = std::find(names.begin(), names.end(), name);
+        if (found == names.end())
+            entry.refuse("an interface that this adapter has");
+        const auto number = found - names.begin();
+        name.copy(state.interfaces[number], sizeof(short_text) - 1);
+        up_flag(state, static_cast<int>(number)) = entry.get("state").word(interface_states) != 0;
+    }
+}
+
+/// Reads a list into places of fixed number.
+template <typename entry, std::size_t most, typename reader>
+void read_list(const json_place& from, entry (&places)[most], const reader& read) {
+    std::size_t i = 0;
+    for (const json_place& item : from.items(most))
+        read(item, places[i++]);
+}
+
+camera_state read_state(const json_place& scene) {
+    scene.only({"adapter", "usb", "interfaces", "wired", "clock_ms", "air", "best_channel",
+                "missing_programs", "stubborn", "faults", "files"});
+    camera_state state{};
+    std::copy(std::begin(state_layout), std::end(state_layout), state.layout);
+    state.size = sizeof state;
+    state.adapter = static_cast<adapter_family>(scene.get("adapter").word(adapters));
+    state.usb = static_cast<usb_listing>(scene.get("usb", "proc").word(usb_listings));
+    state.wired = scene.get("wired", false).yes();
+    state.clock_us = std::int64_t{1000} * scene.get("clock_ms", 0).number(0, INT_MAX);
+    read_interfaces(scene, state);
+    const json none = json::array();
+    read_list(scene.get("air", none), state.air.points,
+              [&](const json_place& item, access_point& point) {
+                  point = read_access_point(item);
+                  ++state.air.count;
+              });
+    read_list(scene.get("missing_programs", none), state.missing_programs, copy_text);
+    read_list(scene.get("stubborn", none), state.stubborn, copy_text);
+    read_list(scene.get("faults", none), state.faults,
+              [](const json_place& item, scene_fault& fault) { fault = read_fault(item); });
+    return state;
+}
+
+void write_file(const fs::path& path, const std::string& text) {
+    fs::create_directories(path.parent_path());
+    std::ofstream file(path);
+    if (!(file << text).flush())
+        throw std::runtime_error(path.string() + ": cannot write: " + std::strerror(errno));
+}
+
+void write_files(const json_place& scene, camera_state& state, const std::string& scratch) {
+    write_file(scratch + "/state", {reinterpret_cast<const char*>(&state), sizeof state});
+    write_file(scratch + "/journal", "");
+    write_file(scratch + "/dev/console", "");
+    fs::create_directories(scratch + "/tmp");
+    if (state.usb == usb_listing::proc)
+        write_file(scratch + "/proc/bus/usb/devices", usb_devices[static_cast<int>(state.adapter)]);
+    for (int i = 0; i < MTK_VIFS; ++i)
+        if (state.interfaces[i][0] != '\0')
+            show_operstate(state, i, scratch);
+    if (const json_place channel = scene.get("best_channel"); channel.given())
+        write_file(scratch + "/proc/net/rtl8188eu/wlan1/best_channel",
+                   "best_channel_24G = " + std::to_string(channel.number(1, 14)) + "\n");
+    for (const auto& [path, lines] : scene.get("files", json::object()).entries()) {
+        if (path != "/etc/camera.conf" && !belongs_to_camera(path))
+            lines.refuse("a file of the camera");
+        std::string text;
+        for (const json_place& line : lines.items(INT_MAX))
+            text += line.text(INT_MAX) + "\n";
+        write_file(scratch + path, text);
+    }
+}
+
+/// Removes what an earlier camera left; a folder that holds something else is not touched.
+void clear(const std::string& scratch) {
+    fs::create_directories(scratch);
+    if (!fs::is_empty(scratch) && !fs::exists(scratch + "/state"))
+        throw std::runtime_error(scratch + ": is not empty, and no camera's scratch folder");
+    fs::permissions(scratch, fs::perms::owner_all); // files in it hold passphrases
+    for (const char* part : {"dev", "etc", "proc", "sys", "tmp"})
+        fs::remove_all(fs::path(scratch) / part);
+}
+
+} // namespace
+
+void make_camera(const std::string& text, const std::string& scratch) {
+    const json_place scene(json::parse(text), "scene");
+    camera_state state = read_state(scene);
+    clear(scratch);
+    write_files(scene, state, scratch);
+    write_file(scratch + "/scene.json", text);
+}
+
+std::string read_text(const std::string& path) {
+    std::ostringstream text;
+    text << std::ifstream(path).rdbuf();
+    return text.str();
+}

@@ -1,0 +1,136 @@
+// vcamera: runs a program on the virtual camera.
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <iostream>
+
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+
+#include "sim/camera.h"
+#include "sim/clock.h"
+#include "sim/scene.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr int wrong_usage = 2;
+constexpr int cannot_run = 127;
+
+constexpr const char* description =
+    R"(Runs a program on a virtual camera: its Wi-Fi driver, daemons and files answer from a scratch
+folder, and nothing on this machine is touched. State lasts from one command to the next.
+
+    vcamera --scene mtk-office.json -- wlanctl ap start --stored
+    vcamera -- wlanctl status     goes on with the same camera
+    vcamera log                   shows what the programs and the camera said to each other
+)";
+
+struct request {
+    std::string scene;
+    std::string scratch;
+    int speed = 1;
+    bool fresh = false;
+    std::vector<std::string> program;
+};
+
+std::string usual_scratch() {
+    if (const char* chosen = scratch_folder())
+        return chosen;
+    const char* runtime = std::getenv("XDG_RUNTIME_DIR");
+    const std::string base = runtime != nullptr && *runtime != '\0' ? runtime : "/tmp";
+    return base + "/vcamera-" + std::to_string(getuid());
+}
+
+/// Goes on with the camera in the scratch folder, unless a new one is wanted.
+void prepare_camera(const request& request) {
+    const std::string present = read_text(request.scratch + "/scene.json");
+    const std::string scene = request.scene.empty() ? present : read_text(request.scene);
+    if (scene.empty())
+        throw std::runtime_error(request.scene.empty() ? "there is no camera yet; give --scene"
+                                                       : request.scene + ": cannot read");
+    if (request.fresh || scene != present)
+        make_camera(scene, request.scratch);
+    // In a folder like /tmp it could be someone else's; this fails on those.
+    fs::permissions(request.scratch, fs::perms::owner_all);
+    setenv("VCAMERA_SCRATCH", request.scratch.c_str(), 1);
+    setenv("CAMSTORE_FILE", (request.scratch + "/etc/camera.conf").c_str(), 0);
+    set_speed(*held_camera(), request.speed);
+}
+
+/// Beside this program in the build tree, in the library folder when installed.
+fs::path preload_object() {
+    const fs::path folder = fs::read_symlink("/proc/self/exe").parent_path();
+    const fs::path beside = folder / "libvcamera.so";
+    return fs::exists(beside) ? beside : folder / LIBDIR_FROM_BINDIR / "libvcamera.so";
+}
+
+void put_in_front(const char* variable, std::string value) {
+    const char* present = std::getenv(variable);
+    if (present != nullptr && *present != '\0')
+        value += std::string(":") + present;
+    setenv(variable, value.c_str(), 1);
+}
+
+int run(const std::vector<std::string>& program) {
+    put_in_front("LD_PRELOAD", preload_object());
+    // A program built with the address sanitizer insists on being first; the camera passes all on.
+    put_in_front("ASAN_OPTIONS", "verify_asan_link_order=0");
+    std::vector<char*> words(program.size() + 1); // the last one stays null
+    std::transform(program.begin(), program.end(), words.begin(),
+                   [](const std::string& word) { return const_cast<char*>(word.c_str()); });
+    execvp(words[0], words.data());
+    std::cerr << "vcamera: cannot run " << words[0] << ": " << std::strerror(errno) << '\n';
+    return cannot_run;
+}
+
+int show_log(const std::string& scratch) {
+    for (const vcamera::line& line : vcamera::journal(scratch))
+        std::printf("%6ld.%03ld  %-24s %-13s %s  -> %s\n", line.milliseconds / 1000,
+                    line.milliseconds % 1000, line.subject.c_str(), line.request.c_str(),
+                    line.text.c_str(), line.answer.c_str());
+    return 0;
+}
+
+int launch(int argc, char** argv) {
+    request request;
+    CLI::App app(description, "vcamera");
+    app.add_option("--scene", request.scene, "Scene (JSON); the same one goes on with its camera");
+    app.add_option("--scratch", request.scratch, "Folder that holds the camera")
+        ->default_val(usual_scratch());
+    app.add_option("--speed", request.speed, "How fast time runs; 0 does not wait at all")
+        ->check(CLI::Range(0, 1000))
+        ->capture_default_str();
+    app.add_flag("--fresh", request.fresh, "Start over with a new camera");
+    app.add_option("program", request.program, "After --: the program to run, and its arguments");
+    CLI::App* log = app.add_subcommand("log", "Show what crossed, in order")->fallthrough();
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? 0 : wrong_usage;
+    }
+    request.scratch = fs::absolute(request.scratch);
+    if (log->parsed())
+        return show_log(request.scratch);
+    if (request.program.empty())
+        throw std::runtime_error("no program to run; see vcamera --help");
+    prepare_camera(request);
+    return run(request.program);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    try {
+        return launch(argc, argv);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "vcamera: %s\n", error.what());
+        return wrong_usage;
+    }
+}
