@@ -1,0 +1,96 @@
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+#include <string>
+
+#include <CLI/CLI.hpp>
+
+#include "libwlan/store.h"
+
+#include "commands.h"
+#include "security.h"
+
+namespace {
+
+template <std::size_t Size>
+std::string text(const char (&field)[Size]) {
+    return {field, strnlen(field, Size)};
+}
+
+/// That there is a key, never the key.
+template <std::size_t Size>
+std::string hidden(const char (&key)[Size]) {
+    const std::size_t length = strnlen(key, Size);
+    return length == 0 ? "(not set)" : "(set, " + std::to_string(length) + " characters)";
+}
+
+answer access_point(const _wireless_setting& setting) {
+    return {{"ssid", text(setting.ap_ssid)},
+            {"auth", word_of(setting.ap_auth)},
+            {"enc", word_of(setting.ap_enc)},
+            {"key", hidden(setting.ap_key)}};
+}
+
+answer client(const _wireless_setting& setting) {
+    return {{"enabled", setting.client_enabled == 1},
+            {"ssid", text(setting.client_ssid)},
+            {"bssid", text(setting.client_bssid)},
+            {"auth", word_of(setting.client_auth)},
+            {"enc", word_of(setting.client_enc)},
+            {"key", hidden(setting.client_key)},
+            {"key_index", setting.client_key_index},
+            {"join", setting.client_apcli_mode == APCLI_BY_BSSID ? "bssid" : "ssid"},
+            {"channel", setting.client_channel}};
+}
+
+answer dhcp_server(const _dhcp_server_setting& setting) {
+    return {{"address", text(setting.server_address)},
+            {"pool_start", text(setting.pool_start)},
+            {"pool_end", text(setting.pool_end)},
+            {"netmask", text(setting.subnet_mask)}};
+}
+
+answer identity(const _system_setting& setting) {
+    return {{"model", text(setting.model_name)}, {"manufacturer", text(setting.manufacturer)}};
+}
+
+answer region() {
+    PIB product;
+    if (product.init() != 0) {
+        return nullptr;
+    }
+    return {{"band_2g", product.getRegion()}, {"band_5g", product.getRegionABand()}};
+}
+
+/// @return null when the store cannot give the record.
+template <typename Record>
+answer section(int (*get)(Record*), answer (*tell)(const Record&)) {
+    Record record{};
+    return get(&record) == 0 ? tell(record) : nullptr;
+}
+
+answer show() {
+    answer settings = {{"access_point", section(cam_get_ap, access_point)},
+                       {"client", section(cam_get_client, client)},
+                       {"dhcp_server", section(cam_get_dhcp_server, dhcp_server)},
+                       {"system", section(cam_get_system, identity)},
+                       {"region", region()}};
+    const auto unreadable = [](const answer& part) { return part.is_null(); };
+    if (std::any_of(settings.begin(), settings.end(), unreadable)) {
+        throw failure("part of the store could not be read",
+                      "the store's own message stands above; correct what it names", settings);
+    }
+    return settings;
+}
+
+} // namespace
+
+void add_store_command(CLI::App& wlanctl, answer& result) {
+    auto* store = wlanctl.add_subcommand("store", "The camera's stored settings");
+    store->require_subcommand(1);
+    store->add_subcommand("show", "Show all of them; of keys only their length")
+        ->footer(
+            "With --json: access_point, client, dhcp_server, system and region, each null when it\n"
+            "cannot be read, with the keys that are shown, blanks written as underscores.")
+        ->callback([&result] { result = show(); });
+}
