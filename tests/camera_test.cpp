@@ -1,0 +1,67 @@
+#include "tests/camera_test.h"
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <set>
+
+#include "sim/camera.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+std::string new_folder() {
+    std::string name = testing::TempDir() + "camera.XXXXXX";
+    return mkdtemp(name.data());
+}
+
+// Housekeeping, which no driver, program or daemon hears of.
+const std::set<std::string> housekeeping = {"access", "open", "socket", "unlink"};
+
+} // namespace
+
+camera_test::camera_test() : folder(new_folder()) {}
+
+camera_test::~camera_test() {
+    fs::remove_all(folder);
+}
+
+void camera_test::plug_in(const std::string& scene) {
+    vcamera::start(scene, folder);
+}
+
+lines camera_test::said() const {
+    lines said;
+    for (const vcamera::line& line : vcamera::journal(folder)) {
+        if (housekeeping.count(line.request) != 0)
+            continue;
+        std::string sentence = line.request;
+        if (line.request != "system" && line.request != "popen")
+            sentence.insert(0, line.subject + " ");
+        if (!line.text.empty())
+            sentence += " " + line.text;
+        if (line.answer != "ok" && line.answer != "0")
+            sentence += " = " + line.answer;
+        said.push_back(sentence);
+    }
+    return said;
+}
+
+std::string camera_test::read(const std::string& path) const {
+    std::ifstream file(folder + path);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+void camera_test::write(const std::string& path, const std::string& text) const {
+    fs::create_directories(fs::path(folder + path).parent_path());
+    std::ofstream(folder + path) << text;
+}
+
+bool camera_test::exists(const std::string& path) const {
+    return fs::exists(folder + path);
+}
+
+int open_descriptors() {
+    return static_cast<int>(std::distance(fs::directory_iterator("/proc/self/fd"), {}));
+}

@@ -1,0 +1,230 @@
+// The command as a person or a script meets it: each run is the real program on a virtual camera.
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include <pty.h>
+#include <sys/wait.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+namespace {
+
+constexpr char air[] = R"("air": [{"ssid": "Office", "bssid": "02:00:5e:00:00:01", "channel": 6,
+    "security": "wpa2", "cipher": "aes", "level": -40, "key": "office-key"}]})";
+const std::string mediatek = std::string(R"({"adapter": "mediatek", "wired": true, )") + air;
+const std::string realtek = std::string(R"({"adapter": "realtek", )") + air;
+const std::string none = R"({"adapter": "none"})";
+
+/// A camera in a folder of its own.
+class camera {
+public:
+    explicit camera(const std::string& scene) {
+        std::string pattern = testing::TempDir() + "wlanctl-XXXXXX";
+        folder_ = mkdtemp(pattern.data());
+        write("scene.json", scene);
+        write("camera.conf", "[system]\nmodel = Camera\nmanufacturer = Example\n");
+        setenv("CAMSTORE_FILE", (folder_ + "/camera.conf").c_str(), 1);
+    }
+    ~camera() { std::filesystem::remove_all(folder_); }
+    camera(const camera&) = delete;
+    camera& operator=(const camera&) = delete;
+
+    /// Runs wlanctl with arguments as a shell reads them.
+    /// @return its exit status; what it printed is in `out` and `err`.
+    int wlanctl(const std::string& arguments, const std::string& input = "") {
+        write("in", input);
+        const std::string launcher = VCAMERA " --scene " + folder_ + "/scene.json --speed 0" +
+                                     " --scratch " + folder_ + "/world -- " WLANCTL " ";
+        return shell(launcher + arguments + " <" + folder_ + "/in");
+    }
+
+    /// @return all that has crossed between the programs and the driver, daemons and files.
+    std::string journal() {
+        shell(VCAMERA " log --scratch " + folder_ + "/world");
+        return out;
+    }
+
+    void write(const std::string& name, const std::string& text) const {
+        std::ofstream(folder_ + "/" + name) << text;
+    }
+
+    [[nodiscard]] std::string read(const std::string& name) const {
+        std::ifstream file(folder_ + "/" + name);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+
+    [[nodiscard]] std::string path(const std::string& name) const { return folder_ + "/" + name; }
+
+    std::string out;
+    std::string err;
+
+private:
+    int shell(const std::string& command) {
+        const int status =
+            std::system((command + " >" + folder_ + "/out 2>" + folder_ + "/err").c_str());
+        out = read("out");
+        err = read("err");
+        return WEXITSTATUS(status);
+    }
+
+    std::string folder_;
+};
+
+testing::AssertionResult has(const std::string& text, const std::string& part) {
+    return (text.find(part) != std::string::npos ? testing::AssertionSuccess()
+                                                 : testing::AssertionFailure())
+           << '"' << part << "\" in:\n"
+           << text;
+}
+
+void expect_refused(camera& camera, const std::string& arguments, const std::string& input,
+                    const std::string& why) {
+    SCOPED_TRACE(arguments);
+    EXPECT_EQ(camera.wlanctl(arguments, input), 2);
+    EXPECT_EQ(camera.out, "");
+    EXPECT_TRUE(has(camera.err, why));
+}
+
+void expect_no_adapter(camera& camera, const std::string& arguments) {
+    SCOPED_TRACE(arguments);
+    EXPECT_EQ(camera.wlanctl("--json " + arguments), 1);
+    const auto answer = nlohmann::json::parse(camera.out);
+    EXPECT_FALSE(answer.value("ok", true));
+    EXPECT_TRUE(has(answer.value("error", ""), "no Wi-Fi adapter"));
+    EXPECT_TRUE(has(answer.value("next", ""), "plug the adapter in"));
+}
+
+TEST(Wlanctl, RefusesWhatCannotWorkBeforeAnythingIsTouched) {
+    constexpr struct {
+        const char* arguments;
+        const char* input;
+        const char* why;
+    } rows[] = {
+        {"", "", "subcommand is required"},
+        {"join", "", "SSID or --stored is required"},
+        {"join Office --stored", "", "--stored excludes SSID"},
+        {"join Office extra", "", "not expected: extra"},
+        {"join 123456789012345678901234567890123", "", "1 to 32 bytes"},
+        {"join 'a\nb'", "", "no line feed"},
+        {"join Office --bssid 02:00:5e:00:00:1", "", "six two-digit"},
+        {"join Office --channel 197", "", "range 0 to 196"},
+        {"join Office --key-index 5", "", "range 1 to 4"},
+        {"join Office --auth open --enc aes", "", "open does not work with the cipher aes"},
+        {"join Office --auth wpa2psk --enc none", "", "does not work with the cipher none"},
+        {"join Office --auth open --key office-key", "", "takes no key"},
+        {"join Office --auth wpa2psk", "office-key\n", "--key-file"}, // no terminal to ask on
+        {"join Office --key-file -", "1234567\n", "8 to 63 characters"},
+        {"join Office --key-file -", "office\nkey\n", "control characters"},
+        {"join Office --enc wep --key-file -", "123456", "5 or 13 characters"},
+        {"ap start --ssid 'a\033b\\' --key short", "", R"("a\x1bb\x5c")"},
+    };
+    camera camera(mediatek);
+    for (const auto& row : rows) {
+        expect_refused(camera, row.arguments, row.input, row.why);
+    }
+    expect_refused(camera, "join Office --key-file -", {"office\0key", 10}, "control characters");
+    expect_refused(camera, "join Office --key-file -", std::string(1000, 'a'), "8 to 63");
+    EXPECT_EQ(camera.journal(), "");
+}
+
+TEST(Wlanctl, RefusesWhatTheAdapterCannotDo) {
+    camera camera(realtek);
+    for (const char* arguments :
+         {"ap start --ssid Camera --enc wep --key 12345", "join Office --auth mixed --key 12345678",
+          "join Office --channel 6", "join Office --bssid 02:00:5e:00:00:01"}) {
+        expect_refused(camera, arguments, "", "Realtek");
+    }
+    EXPECT_FALSE(has(camera.journal(), "conf"));
+}
+
+TEST(Wlanctl, FailsWithoutAnAdapterAndChangesNothing) {
+    camera camera(none);
+    for (const char* arguments : {"adapter", "status", "ap start --stored", "ap stop",
+                                  "join Office", "repeat --ssid Office --ap-ssid Camera"}) {
+        expect_no_adapter(camera, arguments);
+    }
+    const std::string journal = camera.journal();
+    for (const char* change : {"system", "set", "kill", "w+"}) {
+        EXPECT_FALSE(has(journal, change));
+    }
+}
+
+TEST(Wlanctl, JoinsAndTellsInOneObjectHowItIs) {
+    camera camera(mediatek);
+    EXPECT_EQ(camera.wlanctl("join Office --key-file - --channel 6", "office-key\r\n"), 0);
+    EXPECT_EQ(camera.out, "done  station for \"Office\" (wpa2psk, aes): configured\n"
+                          "next  see how it is doing with: wlanctl status\n");
+    EXPECT_TRUE(has(camera.journal(), "ApCliWPAPSK=office-key  -> ok"));
+
+    EXPECT_EQ(camera.wlanctl("status --json"), 0);
+    const auto answer =
+        nlohmann::json::parse(camera.out); // with nothing of the library's around it
+    EXPECT_EQ(answer["family"], "mediatek");
+    EXPECT_EQ(answer["wired_link"], "up");
+    EXPECT_EQ(answer["interfaces"][1]["associated"], true);
+    EXPECT_EQ(answer["interfaces"][1]["channel"], 6);
+    EXPECT_EQ(answer["interfaces"][2]["channel"], nullptr);
+}
+
+TEST(Wlanctl, KeepsThePassphraseOfTheDaemonsToTheOwner) {
+    camera camera(realtek);
+    EXPECT_EQ(camera.wlanctl("ap start --ssid Camera --key camera-key"), 0);
+    EXPECT_TRUE(has(camera.read("world/tmp/hostapd.conf"), "wpa_passphrase=camera-key\n"));
+    const auto mode = std::filesystem::status(camera.path("world/tmp/hostapd.conf")).permissions();
+    EXPECT_EQ(mode, std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
+    EXPECT_EQ(camera.wlanctl("status"), 0);
+    EXPECT_TRUE(has(camera.out, "hostapd         /tmp/hostapd.pid         yes\n"));
+    EXPECT_EQ(camera.wlanctl("ap stop"), 0);
+    EXPECT_TRUE(has(camera.journal(), "ifdown wlan1"));
+}
+
+TEST(Wlanctl, SaysWhatFailedAndWhatNext) {
+    camera camera(realtek);
+    EXPECT_EQ(camera.wlanctl("ap start --stored"), 1); // the store has no access point
+    EXPECT_EQ(camera.out, "");
+    EXPECT_TRUE(has(camera.err, "camera.conf"));
+    EXPECT_TRUE(has(camera.err, "wlanctl: access point from the stored settings: not set up\n"));
+}
+
+TEST(Wlanctl, ShowsTheStoreWithoutKeysAndWithoutSteeringTheTerminal) {
+    camera camera(none);
+    camera.write("camera.conf", "[access_point]\n"
+                                "ssid = \"Caf\xc3\xa9\\x1b[31m\\xff\xe2\x80\xae\\\\\"\n"
+                                "key = camera-key\nauth = wpa2psk\nenc = aes\n");
+    EXPECT_EQ(camera.wlanctl("store show"), 1); // the other sections are missing
+    EXPECT_TRUE(has(camera.out, "  ssid  Caf\xc3\xa9\\x1b[31m\\xff\\xe2\\x80\\xae\\x5c\n"));
+    EXPECT_TRUE(has(camera.out, "  key   (set, 10 characters)\n"));
+    EXPECT_TRUE(has(camera.out, "dhcp server  -\n"));
+    EXPECT_FALSE(has(camera.out + camera.err, "camera-key"));
+}
+
+TEST(Wlanctl, HidesTheKeyAsItIsTypedAndShowsTypingAgainAfterCtrlC) {
+    int terminal = -1;
+    const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
+    if (child == 0) {
+        execl(WLANCTL, "wlanctl", "join", "Office", "--auth", "wpa2psk", nullptr);
+        _exit(127);
+    }
+    char prompt[64] = {};
+    EXPECT_GT(read(terminal, prompt, sizeof prompt - 1), 0) << "no prompt";
+    termios settings{};
+    tcgetattr(terminal, &settings);
+    EXPECT_FALSE(settings.c_lflag & ECHO);
+
+    EXPECT_EQ(write(terminal, "\x03", 1), 1);
+    int status = 0;
+    EXPECT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGINT);
+    tcgetattr(terminal, &settings);
+    EXPECT_TRUE(settings.c_lflag & ECHO);
+    close(terminal);
+}
+
+} // namespace
