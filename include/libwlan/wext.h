@@ -5,9 +5,12 @@
 
 #include <cstddef>
 #include <cstdio>
+#include <vector>
 
 #include "libwlan/api.h"
+#include "libwlan/scan.h"
 #include "libwlan/settings.h"
+#include "libwlan/sites.h"
 
 /// One request's view of a Realtek adapter: construct, init(), one operation, release().
 ///
@@ -79,6 +82,33 @@ public:
     int do_repeater_mode(char* ap_ssid, auth_from_cam ap_auth, enc_from_cam ap_enc, char* ap_key,
                          char* sta_ssid, auth_from_cam sta_auth, enc_from_cam sta_enc,
                          char* sta_key);
+
+    // --- Survey
+
+    /// Scans on "wlan0" and appends what it finds to `list`, which is then sorted by name. Blocks
+    /// for up to a minute of bring-up and five times 15 seconds; tells what it does on
+    /// /dev/console.
+    /// @return 0 or -1.
+    int do_site_survey(std::vector<sites>& list);
+
+    /// Brings an interface up, trying for a minute, and asks the driver to scan.
+    /// @param log receives the messages, except those of system calls; may be null.
+    /// @return 0 or -1.
+    int driver_scan(FILE* log, const char* ifname);
+
+    /// Waits for the results of a scan, 15 seconds at most, and reads them.
+    /// @param log as in driver_scan().
+    /// @param results room for max_scan_results records, all zero.
+    /// @return how many records were filled, or -1.
+    int driver_get_scan_results(FILE* log, const char* ifname, scan_result_t* results);
+
+    /// Appends the usable ones of `count` records to `list`: named, of the wanted mode, not WEP
+    /// only, and of a name that is not listed yet.
+    /// @param log not used.
+    /// @param accepted receives how many passed the filters.
+    /// @return 0, or -1 when the driver does not tell its range.
+    int get_scan_results(FILE* log, const char* ifname, int count, int* accepted,
+                         scan_result_t* results, WIRELESS_MODE filter, std::vector<sites>& list);
 
     // --- Data
 

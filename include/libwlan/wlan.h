@@ -5,6 +5,8 @@
 
 #include <cstddef>
 #include <cstdio>
+#include <string>
+#include <vector>
 
 // linux/wireless.h pulls in linux/if.h, which only gets along with net/if.h in this order.
 #include <net/if.h>
@@ -14,6 +16,7 @@
 
 #include "libwlan/api.h"
 #include "libwlan/settings.h"
+#include "libwlan/sites.h"
 
 /// One request's view of a MediaTek/Ralink adapter: construct, init(), one operation, release().
 ///
@@ -153,6 +156,43 @@ public:
                          char* client_ssid, char* client_bssid, auth_from_cam client_auth,
                          enc_from_cam client_enc, char* client_key, int channel,
                          set_apcli_from_cam mode, char key_index);
+
+    // --- Survey
+
+    /// Surveys the air on "ra0", raising it for the while when it is down, and rewrites
+    /// /tmp/ap_list from the whole list. A failure leaves a raised interface up.
+    /// @param list appended to.
+    /// @param trigger true has the driver scan afresh and waits 4 seconds; false reads the table
+    /// that it
+    ///        holds.
+    /// @return 0, also after a failure that stands on standard error; -1 when a line was rejected.
+    int do_site_survey(std::vector<sites>& list, bool trigger);
+
+    /// Reads a survey table in either layout. A version-2 header is remembered in `site_survey_v2`;
+    /// such a list is sorted with compare_signal().
+    /// @param text the NUL-terminated table.
+    /// @return 0, or -1 when at least one line was rejected.
+    int parse_site_survey(std::vector<sites>& list, char* text);
+
+    /// Appends the access point of one line of a version-1 table.
+    /// @return 0, or -1 when the line was rejected.
+    int parse_element(std::vector<sites>& list, std::string line);
+
+    /// Appends the access point of one line of a version-2 table, in place of a weaker one of its
+    /// name.
+    /// @return 0, or -1 when the line was rejected.
+    int parse_element_v2(std::vector<sites>& list, std::string line);
+
+    /// Cuts spaces, tabs and line feeds off both ends.
+    void trim(std::string& text);
+
+    /// Cuts a quoted name out of its column: what stands between the first character and the last
+    /// quote.
+    /// @throw std::out_of_range for an empty text.
+    void trimForSSID(std::string& text);
+
+    /// Writes the list to /tmp/ap_list: channel, BSSID and quoted name of each access point.
+    void store_ap_list(std::vector<sites>& list);
 
     // --- Data
 
