@@ -5,5 +5,6 @@ set(CMAKE_SYSTEM_PROCESSOR mipsel)
 set(CMAKE_C_COMPILER mipsel-linux-gnu-gcc)
 set(CMAKE_CXX_COMPILER mipsel-linux-gnu-g++)
 set(CMAKE_LIBRARY_ARCHITECTURE mipsel-linux-gnu)
-set(CMAKE_CROSSCOMPILING_EMULATOR qemu-mipsel)
+# Finds the C library that Debian's packages of this architecture install.
+set(CMAKE_CROSSCOMPILING_EMULATOR qemu-mipsel -L /)
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
