@@ -73,10 +73,12 @@ int wlan::parse_site_survey(std::vector<sites>& list, char* text) {
 }
 
 int wlan::parse_element(std::vector<sites>& list, std::string line) {
+    trim(line);
     return list_row(*this, list, line);
 }
 
 int wlan::parse_element_v2(std::vector<sites>& list, std::string line) {
+    trim(line);
     return list_row_v2(*this, list, line);
 }
 

@@ -103,10 +103,8 @@ bool fill_name(char (&field)[size], std::optional<std::string_view> column) {
 }
 
 bool needs_server(std::string_view authentication) {
-    for (const std::string_view word : server_authentications)
-        if (authentication == word)
-            return true;
-    return false;
+    return std::find(std::begin(server_authentications), std::end(server_authentications),
+                     authentication) != std::end(server_authentications);
 }
 
 /// Splits the driver's combined security text.

@@ -255,7 +255,8 @@ TEST(survey_table, names_lose_their_quotes_and_nothing_else) {
 }
 
 TEST(survey_orders, look_at_one_thing_only) {
-    sites strong{}, weak{};
+    sites strong{};
+    sites weak{};
     strong.signal = 80;
     weak.signal = 20;
     weak.rssi = 100;

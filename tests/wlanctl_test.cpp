@@ -40,9 +40,12 @@ public:
     /// @return its exit status; what it printed is in `out` and `err`.
     int wlanctl(const std::string& arguments, const std::string& input = "") {
         write("in", input);
-        const std::string launcher = VCAMERA " --scene " + folder_ + "/scene.json --speed 0" +
-                                     " --scratch " + folder_ + "/world -- " WLANCTL " ";
-        return shell(launcher + arguments + " <" + folder_ + "/in");
+        return shell(command(arguments) + " <" + folder_ + "/in");
+    }
+
+    [[nodiscard]] std::string command(const std::string& arguments) const {
+        return VCAMERA " --scene " + folder_ + "/scene.json --speed 0 --scratch " + folder_ +
+               "/world -- " WLANCTL " " + arguments;
     }
 
     /// @return all that has crossed between the programs and the driver, daemons and files.
@@ -115,6 +118,7 @@ TEST(Wlanctl, RefusesWhatCannotWorkBeforeAnythingIsTouched) {
         {"join 'a\nb'", "", "no line feed"},
         {"join Office --bssid 02:00:5e:00:00:1", "", "six two-digit"},
         {"join Office --channel 197", "", "range 0 to 196"},
+        {"survey --sort size", "", "not in {signal,name}"},
         {"join Office --key-index 5", "", "range 1 to 4"},
         {"join Office --auth open --enc aes", "", "open does not work with the cipher aes"},
         {"join Office --auth wpa2psk --enc none", "", "does not work with the cipher none"},
@@ -138,7 +142,8 @@ TEST(Wlanctl, RefusesWhatTheAdapterCannotDo) {
     camera camera(realtek);
     for (const char* arguments :
          {"ap start --ssid Camera --enc wep --key 12345", "join Office --auth mixed --key 12345678",
-          "join Office --channel 6", "join Office --bssid 02:00:5e:00:00:01"}) {
+          "join Office --channel 6", "join Office --bssid 02:00:5e:00:00:01",
+          "survey --no-trigger"}) {
         expect_refused(camera, arguments, "", "Realtek");
     }
     EXPECT_FALSE(has(camera.journal(), "conf"));
@@ -146,7 +151,7 @@ TEST(Wlanctl, RefusesWhatTheAdapterCannotDo) {
 
 TEST(Wlanctl, FailsWithoutAnAdapterAndChangesNothing) {
     camera camera(none);
-    for (const char* arguments : {"adapter", "status", "ap start --stored", "ap stop",
+    for (const char* arguments : {"adapter", "status", "survey", "ap start --stored", "ap stop",
                                   "join Office", "repeat --ssid Office --ap-ssid Camera"}) {
         expect_no_adapter(camera, arguments);
     }
@@ -203,6 +208,84 @@ TEST(Wlanctl, ShowsTheStoreWithoutKeysAndWithoutSteeringTheTerminal) {
     EXPECT_TRUE(has(camera.out, "  key   (set, 10 characters)\n"));
     EXPECT_TRUE(has(camera.out, "dhcp server  -\n"));
     EXPECT_FALSE(has(camera.out + camera.err, "camera-key"));
+}
+
+const std::string survey_air = R"("air": [
+    {"ssid": "office", "bssid": "02:00:5e:00:00:01", "channel": 36, "security": "wpa2",
+     "level": -90},
+    {"ssid_hex": "1b5b41ff5c20", "bssid": "02:00:5e:00:00:02", "channel": 14, "level": -60}]})";
+
+TEST(Wlanctl, SurveysWithTheFiguresOfTheDriverAndNamesThatCannotSteerTheTerminal) {
+    const struct {
+        std::string scene;
+        const char* arguments;
+        const char* list;
+    } rows[] = {
+        {R"({"adapter": "mediatek", )", "survey", R"(listed  2
+
+name                bssid              channel  band     security      signal
+\x1b[A\xff\x5c\x20  02:00:5e:00:00:02  14       2.4 GHz  OPEN          ####.  80 %
+office              02:00:5e:00:00:01  36       5 GHz    WPA2-PSK AES  #....  20 %
+)"},
+        {R"({"adapter": "mediatek", "survey_table": 1, )", "survey", R"(listed  2
+
+name                bssid              channel  band     security     signal
+\x1b[A\xff\x5c\x20  02:00:5e:00:00:02  14       2.4 GHz  OPEN         ####. -60 dBm
+office              02:00:5e:00:00:01  36       5 GHz    WPA2PSK AES  #.... -90 dBm
+)"},
+        {R"({"adapter": "realtek", "scan": {"max_quality": 80}, )", "survey --sort name",
+         R"(listed  2
+
+name                bssid              channel  band     security      signal
+\x1b[A\xff\x5c\x20  02:00:5E:00:00:02  14       2.4 GHz  OPEN          ##### 100 %
+office              02:00:5E:00:00:01  36       5 GHz    WPA2-PSK AES  #....  25 %
+)"},
+    };
+    for (const auto& row : rows) {
+        camera camera(row.scene + survey_air);
+        EXPECT_EQ(camera.wlanctl(row.arguments), 0);
+        EXPECT_EQ(camera.out, row.list);
+        EXPECT_EQ(camera.err, ""); // no progress where there is no terminal
+    }
+}
+
+TEST(Wlanctl, ReadsTheDriversLastTableWithoutAScan) {
+    camera camera(mediatek);
+    EXPECT_EQ(camera.wlanctl("survey --no-trigger"), 0);
+    EXPECT_TRUE(has(camera.out, "listed  0\n"));
+    EXPECT_FALSE(has(camera.journal(), "SiteSurvey"));
+    EXPECT_EQ(camera.wlanctl("survey"), 0);
+    EXPECT_EQ(camera.wlanctl("survey --no-trigger --json"), 0);
+    const auto answer = nlohmann::json::parse(camera.out);
+    EXPECT_EQ(answer["networks"][0]["name"], "Office");
+    EXPECT_EQ(answer["networks"][0]["signal_percent"], 100);
+}
+
+TEST(Wlanctl, SaysThatTheSurveyFailed) {
+    camera camera(R"({"adapter": "realtek",
+        "faults": [{"call": "ioctl", "match": "SIOCSIWSCAN", "errno": "EBUSY"}]})");
+    EXPECT_EQ(camera.wlanctl("survey"), 1);
+    EXPECT_EQ(camera.out, "");
+    EXPECT_TRUE(has(camera.err, "SIOCSIWSCAN: Device or resource busy\nwlanctl: survey"));
+}
+
+TEST(Wlanctl, TellsATerminalThatItScans) {
+    const camera camera(mediatek);
+    int terminal = -1;
+    const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
+    if (child == 0) {
+        execl("/bin/sh", "sh", "-c", camera.command("survey").c_str(), nullptr);
+        _exit(127);
+    }
+    std::string shown;
+    char bytes[256];
+    for (ssize_t count = 0; (count = read(terminal, bytes, sizeof bytes)) > 0;) {
+        shown.append(bytes, static_cast<std::size_t>(count));
+    }
+    EXPECT_EQ(waitpid(child, nullptr, 0), child);
+    close(terminal);
+    EXPECT_EQ(shown.rfind("Scanning", 0), 0) << shown;
+    EXPECT_TRUE(has(shown, "Office"));
 }
 
 TEST(Wlanctl, HidesTheKeyAsItIsTypedAndShowsTypingAgainAfterCtrlC) {
