@@ -11,9 +11,12 @@ extern "C" {
 
 enum { AIR_MAX = 320, AIR_SSID_MAX = 32, AIR_KEY_MAX = 64 };
 
-/* Bits: an access point may offer several at once. */
-enum air_security { AIR_OPEN = 1, AIR_WEP = 2, AIR_WPA = 4, AIR_WPA2 = 8 };
+/* Bits: an access point may offer several at once. With AIR_SERVER a server hands out the keys. */
+enum air_security { AIR_OPEN = 1, AIR_WEP = 2, AIR_WPA = 4, AIR_WPA2 = 8, AIR_SERVER = 16 };
 enum air_cipher { AIR_PLAIN = 1, AIR_RC4 = 2, AIR_TKIP = 4, AIR_AES = 8 };
+
+/* As Wireless Extensions number them. */
+enum air_mode { AIR_ADHOC = 1, AIR_MASTER = 3 };
 
 struct access_point {
     uint8_t ssid[AIR_SSID_MAX];
@@ -21,7 +24,11 @@ struct access_point {
     uint8_t bssid[6];
     uint8_t security;
     uint8_t cipher;
-    int8_t level; /* dBm */
+    uint8_t group; /* cipher of what is sent to all */
+    uint8_t hidden;
+    uint8_t mode;
+    uint8_t quality; /* as the driver reckons it, percent as a rule */
+    int8_t level;    /* dBm */
     uint16_t mhz;
     char key[AIR_KEY_MAX + 1]; /* the one that lets a station in */
 };

@@ -18,6 +18,10 @@ bool json_place::given() const {
     return !value_.is_null();
 }
 
+bool json_place::is_list() const {
+    return value_.is_array();
+}
+
 void json_place::only(const std::vector<std::string>& keys) const {
     for (const auto& [name, entry] : entries())
         if (std::find(keys.begin(), keys.end(), name) == keys.end())

@@ -21,6 +21,7 @@ public:
     /// The value of a key, or `unset` without the key.
     json_place get(const char* key, const nlohmann::json& unset = nullptr) const;
     [[nodiscard]] bool given() const;
+    [[nodiscard]] bool is_list() const;
 
     /// Holds the value to be an object with no keys but these.
     void only(const std::vector<std::string>& keys) const;

@@ -1,5 +1,7 @@
 #include "sim/mtk_radio.h"
 
+#include "sim/mtk_survey.h"
+
 struct word {
     const char* text;
     int bits;
@@ -152,6 +154,11 @@ static void update_join(struct mtk_radio* radio, const struct air* air, int vif)
     client->joined = air_join(air, &wish);
 }
 
+/* The chip runs, for all its interfaces, while any of them is up. */
+static int runs(const struct mtk_radio* radio) {
+    return radio->vifs[MTK_AP].up || radio->vifs[MTK_CLIENT_2G].up || radio->vifs[MTK_CLIENT_5G].up;
+}
+
 void mtk_radio_bring(struct mtk_radio* radio, const struct air* air, int vif, int up) {
     radio->vifs[vif].up = up != 0;
     if (vif != MTK_AP)
@@ -171,8 +178,7 @@ static int copy_until(char end, const char** text, size_t* left, char* copy, siz
 
 enum mtk_answer mtk_radio_set(struct mtk_radio* radio, const struct air* air, int vif,
                               const char* text, size_t length) {
-    /* The chip runs, for all its interfaces, while any of them is up. */
-    if (!radio->vifs[MTK_AP].up && !radio->vifs[MTK_CLIENT_2G].up && !radio->vifs[MTK_CLIENT_5G].up)
+    if (!runs(radio))
         return MTK_DOWN;
     char name[32];
     char value[MTK_VALUE_MAX];
@@ -199,6 +205,17 @@ enum mtk_answer mtk_radio_set(struct mtk_radio* radio, const struct air* air, in
     }
     if (rule->key == MTK_ENABLE || rule->key == MTK_AUTO_CONNECT)
         update_join(radio, air, vif);
+    if (rule->key == MTK_SITE_SURVEY)
+        radio->surveyed = 1;
+    return MTK_DONE;
+}
+
+enum mtk_answer mtk_radio_survey(const struct mtk_radio* radio, const struct air* air, char* text,
+                                 size_t* length) {
+    if (!runs(radio))
+        return MTK_DOWN;
+    const int count = radio->surveyed ? air->count : 0;
+    *length = mtk_survey_table(air->points, count, radio->survey_layout, text, *length);
     return MTK_DONE;
 }
 

@@ -49,6 +49,8 @@ struct mtk_vif {
 
 struct mtk_radio {
     struct mtk_vif vifs[MTK_VIFS];
+    uint8_t surveyed;      /* there is a table: a survey was asked for */
+    uint8_t survey_layout; /* version of its columns: 1 or 2 */
 };
 
 void mtk_radio_bring(struct mtk_radio* radio, const struct air* air, int vif, int up);
@@ -60,6 +62,11 @@ enum mtk_answer mtk_radio_set(struct mtk_radio* radio, const struct air* air, in
 /* Private request "query": a 32-bit figure by its code. */
 enum mtk_answer mtk_radio_query(const struct mtk_radio* radio, const struct air* air, int code,
                                 int32_t* answer);
+
+/* Private request "survey": the table of the last survey as text, without a NUL.
+   `length` is the room for it, and becomes its length. */
+enum mtk_answer mtk_radio_survey(const struct mtk_radio* radio, const struct air* air, char* text,
+                                 size_t* length);
 
 /* Level in dBm of what the chip receives. */
 int mtk_radio_level(const struct mtk_radio* radio, const struct air* air);

@@ -12,11 +12,14 @@
 #include <linux/wireless.h>
 
 #include "sim/interfaces.h"
+#include "sim/scan_requests.h"
+#include "sim/scene_answer.h"
 
 namespace {
 
 constexpr unsigned long mtk_query = SIOCIWFIRSTPRIV + 1;
 constexpr unsigned long mtk_set = SIOCIWFIRSTPRIV + 2;
+constexpr unsigned long mtk_survey = SIOCIWFIRSTPRIV + 13;
 
 std::string request_name(unsigned long code, const iwreq* request) {
     constexpr struct {
@@ -25,6 +28,8 @@ std::string request_name(unsigned long code, const iwreq* request) {
     } names[] = {
         {SIOCGIFFLAGS, "SIOCGIFFLAGS"}, {SIOCSIFFLAGS, "SIOCSIFFLAGS"}, {SIOCGIWAP, "SIOCGIWAP"},
         {SIOCGIWFREQ, "SIOCGIWFREQ"},   {SIOCGIWSTATS, "SIOCGIWSTATS"}, {mtk_set, "set"},
+        {SIOCSIWSCAN, "SIOCSIWSCAN"},   {SIOCGIWSCAN, "SIOCGIWSCAN"},   {mtk_survey, "survey"},
+        {SIOCGIWRANGE, "SIOCGIWRANGE"},
     };
     for (const auto& known : names)
         if (known.code == code)
@@ -73,6 +78,20 @@ iw_statistics statistics(const camera_state& state) {
     return result;
 }
 
+int give_survey(const camera_state& state, iwreq& request) {
+    if (request.u.data.pointer == nullptr)
+        return -EFAULT;
+    auto* text = static_cast<char*>(request.u.data.pointer);
+    std::size_t length = request.u.data.length;
+    mtk_answer answer = MTK_DONE;
+    if (const auto other = scene_answer("survey"))
+        length = other->copy(text, length);
+    else
+        answer = mtk_radio_survey(&state.mtk, &state.air, text, &length);
+    request.u.data.length = static_cast<__u16>(length);
+    return errno_of(answer);
+}
+
 int answer_mtk_request(camera_state& state, int interface, unsigned long code, iwreq& request) {
     std::int32_t figure = 0;
     mtk_answer answer = MTK_DONE;
@@ -82,6 +101,8 @@ int answer_mtk_request(camera_state& state, int interface, unsigned long code, i
     case mtk_query:
         answer = mtk_radio_query(&state.mtk, &state.air, request.u.data.flags, &figure);
         return answer == MTK_DONE ? give(figure, request) : errno_of(answer);
+    case mtk_survey:
+        return give_survey(state, request);
     case mtk_set:
         return request.u.data.pointer == nullptr
                    ? -EFAULT
@@ -102,7 +123,7 @@ crossing describe_request(unsigned long code, const iwreq* request) {
     if (request == nullptr)
         return call;
     call.subject = interface_name(*request);
-    if (code >= SIOCIWFIRSTPRIV)
+    if (code >= SIOCIWFIRSTPRIV || code == SIOCGIWSCAN)
         call.length = std::to_string(request->u.data.length);
     if (code == mtk_set)
         call.text = data_text(*request);
@@ -141,7 +162,8 @@ int answer_request(camera_state& state, unsigned long code, iwreq* request) {
                                    : realtek_radio_channel(state.realtek, state.air, interface);
         return 0;
     default:
-        return is_mtk ? answer_mtk_request(state, interface, code, *request) : -EOPNOTSUPP;
+        return is_mtk ? answer_mtk_request(state, interface, code, *request)
+                      : answer_scan_request(state, interface, code, *request);
     }
 }
 

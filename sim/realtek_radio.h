@@ -15,6 +15,14 @@ struct realtek_radio {
         std::int32_t joined;  // number, from 1, of the access point in the air; 0 for none
         std::int32_t channel; // the one that hostapd asked for
     } vifs[REALTEK_VIFS];
+
+    // How the driver scans.
+    std::int32_t busy;      // how often it answers that a scan is still running
+    std::int32_t busy_left; // of this scan
+    std::uint8_t scanned;   // a scan was asked for
+    std::uint8_t hint;      // whether it names the length of results that do not fit
+    std::uint8_t max_quality;
+    std::uint8_t vendor_bytes; // in every beacon, of no use to anyone
 };
 
 void realtek_radio_bring(realtek_radio& radio, int vif, bool up);

@@ -27,12 +27,19 @@ const std::vector<json_word> securities = {{"open", AIR_OPEN},
                                            {"wep", AIR_WEP},
                                            {"wpa", AIR_WPA},
                                            {"wpa2", AIR_WPA2},
-                                           {"mixed", AIR_WPA | AIR_WPA2}};
+                                           {"mixed", AIR_WPA | AIR_WPA2},
+                                           {"wpa-server", AIR_WPA | AIR_SERVER},
+                                           {"wpa2-server", AIR_WPA2 | AIR_SERVER},
+                                           {"mixed-server", AIR_WPA | AIR_WPA2 | AIR_SERVER}};
 const std::vector<json_word> ciphers = {{"none", AIR_PLAIN},
                                         {"wep", AIR_RC4},
                                         {"tkip", AIR_TKIP},
                                         {"aes", AIR_AES},
                                         {"tkipaes", AIR_TKIP | AIR_AES}};
+
+const std::vector<json_word> modes = {
+    {"auto", 0},     {"adhoc", AIR_ADHOC}, {"managed", 2}, {"master", AIR_MASTER},
+    {"repeater", 4}, {"secondary", 5},     {"monitor", 6}};
 
 /// By adapter, in the order of its driver's vifs.
 const std::vector<std::string> interface_names[] = {
@@ -69,8 +76,8 @@ int mhz_of_channel(int channel) {
 }
 
 access_point read_access_point(const json_place& from) {
-    from.only(
-        {"ssid", "ssid_hex", "bssid", "channel", "mhz", "security", "cipher", "level", "key"});
+    from.only({"ssid", "ssid_hex", "hidden", "bssid", "channel", "mhz", "security", "cipher",
+               "group", "mode", "level", "quality", "key"});
     access_point point{};
     const json_place hex = from.get("ssid_hex");
     const std::string ssid =
@@ -85,9 +92,16 @@ access_point read_access_point(const json_place& from) {
     point.mhz = static_cast<std::uint16_t>(from.get("mhz", mhz).number(2412, 5980));
     point.security = static_cast<std::uint8_t>(from.get("security", "open").word(securities));
     const json_place cipher = from.get("cipher");
-    point.cipher =
-        cipher.given() ? static_cast<std::uint8_t>(cipher.word(ciphers)) : point.security;
+    point.cipher = static_cast<std::uint8_t>(cipher.given() ? cipher.word(ciphers)
+                                                            : point.security & ~AIR_SERVER);
+    const json_place group = from.get("group");
+    const int weakest = point.cipher & -point.cipher;
+    point.group = static_cast<std::uint8_t>(group.given() ? group.word(ciphers) : weakest);
+    point.hidden = from.get("hidden", false).yes() ? 1 : 0;
+    point.mode = static_cast<std::uint8_t>(from.get("mode", "master").word(modes));
     point.level = static_cast<std::int8_t>(from.get("level", -60).number(-127, 0));
+    const int percent = std::clamp(2 * (point.level + 100), 0, 100);
+    point.quality = static_cast<std::uint8_t>(from.get("quality", percent).number(0, 255));
     const std::string key = from.get("key", "").text(AIR_KEY_MAX);
     std::copy(key.begin(), key.end(), point.key);
     return point;
@@ -128,6 +142,17 @@ void read_interfaces(const json_place& scene, camera_state& state) {
     }
 }
 
+void read_survey(const json_place& scene, camera_state& state) {
+    state.mtk.survey_layout = static_cast<std::uint8_t>(scene.get("survey_table", 2).number(1, 2));
+    const json_place scan = scene.get("scan", json::object());
+    scan.only({"busy", "hint", "max_quality", "vendor_bytes"});
+    realtek_radio& radio = state.realtek;
+    radio.busy = scan.get("busy", 0).number(0, INT_MAX);
+    radio.hint = scan.get("hint", false).yes() ? 1 : 0;
+    radio.max_quality = static_cast<std::uint8_t>(scan.get("max_quality", 100).number(0, 255));
+    radio.vendor_bytes = static_cast<std::uint8_t>(scan.get("vendor_bytes", 0).number(0, 255));
+}
+
 /// Reads a list into places of fixed number.
 template <typename entry, std::size_t most, typename reader>
 void read_list(const json_place& from, entry (&places)[most], const reader& read) {
@@ -138,7 +163,8 @@ void read_list(const json_place& from, entry (&places)[most], const reader& read
 
 camera_state read_state(const json_place& scene) {
     scene.only({"adapter", "usb", "interfaces", "wired", "clock_ms", "air", "best_channel",
-                "missing_programs", "stubborn", "faults", "files"});
+                "survey_table", "scan", "answers", "missing_programs", "stubborn", "faults",
+                "files"});
     camera_state state{};
     std::copy(std::begin(state_layout), std::end(state_layout), state.layout);
     state.size = sizeof state;
@@ -147,6 +173,7 @@ camera_state read_state(const json_place& scene) {
     state.wired = scene.get("wired", false).yes();
     state.clock_us = std::int64_t{1000} * scene.get("clock_ms", 0).number(0, INT_MAX);
     read_interfaces(scene, state);
+    read_survey(scene, state);
     const json none = json::array();
     read_list(scene.get("air", none), state.air.points,
               [&](const json_place& item, access_point& point) {
@@ -167,6 +194,21 @@ void write_file(const fs::path& path, const std::string& text) {
         throw std::runtime_error(path.string() + ": cannot write: " + std::strerror(errno));
 }
 
+std::string join_lines(const json_place& lines) {
+    std::string text;
+    for (const json_place& line : lines.items(INT_MAX))
+        text += line.text(INT_MAX) + "\n";
+    return text;
+}
+
+/// What the driver is to answer instead of what it hears: as lines, or as octets.
+void write_answers(const json_place& answers, const std::string& scratch) {
+    answers.only({"survey", "scan"});
+    for (const auto& [name, answer] : answers.entries())
+        write_file(fs::path(scratch) / "answers" / name,
+                   answer.is_list() ? join_lines(answer) : octets(answer, UINT16_MAX, ""));
+}
+
 void write_files(const json_place& scene, camera_state& state, const std::string& scratch) {
     write_file(scratch + "/state", {reinterpret_cast<const char*>(&state), sizeof state});
     write_file(scratch + "/journal", "");
@@ -183,11 +225,9 @@ void write_files(const json_place& scene, camera_state& state, const std::string
     for (const auto& [path, lines] : scene.get("files", json::object()).entries()) {
         if (path != "/etc/camera.conf" && !belongs_to_camera(path))
             lines.refuse("a file of the camera");
-        std::string text;
-        for (const json_place& line : lines.items(INT_MAX))
-            text += line.text(INT_MAX) + "\n";
-        write_file(scratch + path, text);
+        write_file(scratch + path, join_lines(lines));
     }
+    write_answers(scene.get("answers", json::object()), scratch);
 }
 
 /// Removes what an earlier camera left; a folder that holds something else is not touched.
@@ -196,7 +236,7 @@ void clear(const std::string& scratch) {
     if (!fs::is_empty(scratch) && !fs::exists(scratch + "/state"))
         throw std::runtime_error(scratch + ": is not empty, and no camera's scratch folder");
     fs::permissions(scratch, fs::perms::owner_all); // files in it hold passphrases
-    for (const char* part : {"dev", "etc", "proc", "sys", "tmp"})
+    for (const char* part : {"answers", "dev", "etc", "proc", "sys", "tmp"})
         fs::remove_all(fs::path(scratch) / part);
 }
 

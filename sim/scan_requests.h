@@ -1,0 +1,10 @@
+#pragma once
+
+// The scan requests of Wireless Extensions, as the Realtek driver answers them.
+
+#include "sim/camera_state.h"
+
+struct iwreq;
+
+/// @return 0 or a negative errno.
+int answer_scan_request(camera_state& state, int interface, unsigned long code, iwreq& request);

@@ -1,0 +1,9 @@
+#pragma once
+
+// What a scene has the driver answer in place of what it hears.
+
+#include <optional>
+#include <string>
+
+/// @param name "survey" or "scan".
+std::optional<std::string> scene_answer(const std::string& name);
