@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <iterator>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -24,6 +26,32 @@ std::string cell(const answer& value) {
         return value.get<bool>() ? "yes" : "no";
     }
     return value.is_string() ? value.get<std::string>() : value.dump();
+}
+
+// Figures of a table that are easier compared as bars, by the end of their name.
+constexpr struct figure {
+    std::string_view ending;
+    const char* unit;
+    int least; ///< an empty bar
+    int most;  ///< a full one
+} figures[] = {{"_percent", " %", 0, 100}, {"_dbm", " dBm", -100, -50}};
+
+const figure* find_figure(const std::string& name) {
+    const auto* found = std::find_if(std::begin(figures), std::end(figures), [&](const figure& f) {
+        return name.size() > f.ending.size() &&
+               name.compare(name.size() - f.ending.size(), std::string::npos, f.ending) == 0;
+    });
+    return found == std::end(figures) ? nullptr : found;
+}
+
+std::string bar(const figure& figure, int value) {
+    constexpr int length = 5;
+    const int marks = (std::clamp(value, figure.least, figure.most) - figure.least) * length /
+                      (figure.most - figure.least);
+    const std::string number = std::to_string(value);
+    return std::string(static_cast<std::size_t>(marks), '#') +
+           std::string(static_cast<std::size_t>(length - marks), '.') +
+           std::string(number.size() < 4 ? 4 - number.size() : 1, ' ') + number + figure.unit;
 }
 
 /// Characters, not bytes: the bytes that continue a UTF-8 character take no place of their own.
@@ -68,8 +96,9 @@ std::vector<row> table_rows(const answer& list) {
         row names;
         row cells;
         for (const auto& [name, value] : entry.items()) {
-            names.push_back(label(name));
-            cells.push_back(cell(value));
+            const figure* figure = find_figure(name);
+            names.push_back(label(figure == nullptr ? name : name.substr(0, name.rfind('_'))));
+            cells.push_back(figure == nullptr ? cell(value) : bar(*figure, value.get<int>()));
         }
         if (rows.empty()) {
             rows.push_back(names);
@@ -94,7 +123,7 @@ answer escaped(answer told) {
 std::string as_text(const answer& told) {
     std::string text = aligned(field_rows(told));
     for (const auto& [name, value] : told.items()) {
-        if (value.is_primitive()) {
+        if (value.is_primitive() || value.empty()) {
             continue;
         }
         text += text.empty() ? "" : "\n";

@@ -15,3 +15,4 @@ void add_adapter_command(CLI::App& wlanctl, answer& result);
 void add_mode_commands(CLI::App& wlanctl, answer& result);
 void add_status_command(CLI::App& wlanctl, answer& result);
 void add_store_command(CLI::App& wlanctl, answer& result);
+void add_survey_command(CLI::App& wlanctl, answer& result);

@@ -68,7 +68,7 @@ std::string escape(std::string_view text) {
     constexpr char digits[] = "0123456789abcdef";
     std::string safe;
     while (!text.empty()) {
-        const std::size_t length = printable_length(text);
+        const std::size_t length = text == " " ? 0 : printable_length(text);
         if (length > 0) {
             safe += text.substr(0, length);
         } else {

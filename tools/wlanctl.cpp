@@ -26,6 +26,7 @@ constexpr char description[] = "Controls the camera's Wi-Fi radio.";
 
 constexpr char examples[] = R"(Examples:
   wlanctl adapter                               which adapter, which interfaces
+  wlanctl survey --sort name                    which networks are in range
   wlanctl ap start --stored                     access point and DHCP server as stored
   wlanctl ap start --ssid Camera --auth wpa2psk asks for the key
   wlanctl join Office --key-file /root/key      the key from a file
@@ -95,8 +96,8 @@ int carry_out(int argc, char** argv, FILE* out) {
     wlanctl.fallthrough(); // so that --json may stand anywhere
     wlanctl.require_subcommand(1);
     wlanctl.add_flag("--json", "Answer with one JSON object");
-    for (const auto add :
-         {add_adapter_command, add_mode_commands, add_status_command, add_store_command}) {
+    for (const auto add : {add_adapter_command, add_survey_command, add_mode_commands,
+                           add_status_command, add_store_command}) {
         add(wlanctl, result);
     }
     wlanctl.footer(examples); // last, since commands take over what stands here when they are added
