@@ -94,8 +94,7 @@ TEST_F(command_channel, overlong_names_stay_inside_their_fields) {
 }
 
 TEST_F(command_channel, init_without_a_socket_says_so) {
-    plug_in(
-        R"({"adapter": "mediatek", "faults": [{"call": "socket", "times": 0, "errno": "EMFILE"}]})");
+    plug_in(R"({"adapter": "mediatek", "faults": [{"call": "socket", "times": 0, "errno": "EMFILE"}]})");
     wext realtek;
     const outcome both = watch([&] { return radio.init() + realtek.init(true); });
     EXPECT_EQ(both.result, -2);

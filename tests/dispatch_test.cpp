@@ -28,8 +28,8 @@ int join() {
     return run_infra_mode(ssid.data(), bssid.data(), AUTH_WPAPSK, ENC_TKIP, key.data(), 36, 3);
 }
 int repeat() {
-    return run_repeater_mode(ap_ssid.data(), AUTH_WPA2PSK, ENC_AES, ap_key.data(), ssid.data(),
-                             bssid.data(), AUTH_WPAPSK, ENC_TKIP, key.data(), 36);
+    return run_repeater_mode(ap_ssid.data(), AUTH_WPA2PSK, ENC_AES, ap_key.data(), ssid.data(), bssid.data(),
+                             AUTH_WPAPSK, ENC_TKIP, key.data(), 36);
 }
 
 class dispatch : public camera_test {
@@ -57,19 +57,14 @@ TEST_F(dispatch, family_is_found_in_the_usb_list) {
         {"lsusb", R"({"adapter": "mediatek", "usb": "lsusb"})", "", 1},
         {"lsusb, realtek", R"({"adapter": "realtek", "usb": "lsusb"})", "", 0},
         {"neither", R"({"adapter": "mediatek", "usb": "absent"})", "", 0},
-        {"no lsusb", R"({"adapter": "mediatek", "usb": "lsusb", "missing_programs": ["lsusb"]})",
-         "", 0},
-        {"no pipe",
-         R"({"adapter": "mediatek", "usb": "lsusb", "faults": [{"call": "popen", "errno": "ENOMEM"}]})",
-         "", 0},
-        {"unreadable",
-         R"({"adapter": "mediatek", "faults": [{"call": "open", "match": "usb", "errno": "EACCES"}]})",
+        {"no lsusb", R"({"adapter": "mediatek", "usb": "lsusb", "missing_programs": ["lsusb"]})", "", 0},
+        {"no pipe", R"({"adapter": "mediatek", "usb": "lsusb", "faults": [{"call": "popen", "errno": "ENOMEM"}]})", "",
+         0},
+        {"unreadable", R"({"adapter": "mediatek", "faults": [{"call": "open", "match": "usb", "errno": "EACCES"}]})",
          "", 0},
         {"capitals", R"({"adapter": "mediatek"})", "P:  Vendor=148F ProdID=5370\n", 0},
-        {"across the 127-character buffer", R"({"adapter": "mediatek"})",
-         std::string(122, ' ') + "Vendor=148f\n", 0},
-        {"later line", R"({"adapter": "realtek"})",
-         "P:  Vendor=0bda\nP:  Vendor=148f ProdID=7601\n", 1},
+        {"across the 127-character buffer", R"({"adapter": "mediatek"})", std::string(122, ' ') + "Vendor=148f\n", 0},
+        {"later line", R"({"adapter": "realtek"})", "P:  Vendor=0bda\nP:  Vendor=148f ProdID=7601\n", 1},
     };
     for (const auto& plugged : cases) {
         SCOPED_TRACE(plugged.title);
@@ -105,8 +100,7 @@ TEST_F(dispatch, stored_wep_key_number_reaches_the_driver) {
 }
 
 TEST_F(dispatch, unreadable_store_touches_no_radio) {
-    const std::function<int()> requests[] = {run_ap_mode_base_db, run_infra_mode_base_db,
-                                             run_repeater_mode_base_db};
+    const std::function<int()> requests[] = {run_ap_mode_base_db, run_infra_mode_base_db, run_repeater_mode_base_db};
     for (const char* adapter : {"mediatek", "realtek"})
         for (const auto& request : requests) {
             plug_in(std::string(R"({"adapter": ")") + adapter + "\"}");
@@ -118,12 +112,9 @@ TEST_F(dispatch, unreadable_store_touches_no_radio) {
 }
 
 TEST_F(dispatch, only_a_failed_request_leaves_its_socket_open) {
-    const std::function<int()> requests[] = {ap, join, repeat, do_ap_mode_base_db_mtk,
-                                             run_infra_mode_base_db};
+    const std::function<int()> requests[] = {ap, join, repeat, do_ap_mode_base_db_mtk, run_infra_mode_base_db};
     for (const auto& request : requests) {
-        plug_in(scene(
-            "mediatek",
-            R"("faults": [{"call": "ioctl", "match": "AuthMode", "nth": 1, "errno": "EIO"}], )"));
+        plug_in(scene("mediatek", R"("faults": [{"call": "ioctl", "match": "AuthMode", "nth": 1, "errno": "EIO"}], )"));
         write("/tmp/debug_level", "1"); // traced commands hold no console stream
         const int before = open_descriptors();
         EXPECT_EQ(watch(request).result, -1);

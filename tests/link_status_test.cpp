@@ -16,14 +16,13 @@ protected:
         plug_in(scene);
         std::string name = "Net";
         std::string bssid = "02:00:00:00:00:01";
-        ASSERT_EQ(do_infra_mode_mtk(name.data(), bssid.data(), AUTH_OPEN, ENC_NONE, nullptr, 6, 1),
-                  0);
+        ASSERT_EQ(do_infra_mode_mtk(name.data(), bssid.data(), AUTH_OPEN, ENC_NONE, nullptr, 6, 1), 0);
     }
 };
 
 std::string failing(const std::string& call, const std::string& match, const std::string& error) {
-    return joined.substr(0, joined.size() - 1) + R"(, "faults": [{"call": ")" + call +
-           R"(", "match": ")" + match + R"(", "times": 0, "errno": ")" + error + R"("}]})";
+    return joined.substr(0, joined.size() - 1) + R"(, "faults": [{"call": ")" + call + R"(", "match": ")" + match +
+           R"(", "times": 0, "errno": ")" + error + R"("}]})";
 }
 
 TEST_F(link_status, association_is_what_the_access_point_address_says) {
@@ -51,12 +50,10 @@ TEST_F(link_status, channel_of_a_station) {
         const char* err;
         int left_open;
     } cases[] = {
-        {joined, "wlan0", 6,
-         "get_wifi_channel[1329] associ = true\nget_wifi_channel[1341] wrq.u.freq.m=6\n", 0},
+        {joined, "wlan0", 6, "get_wifi_channel[1329] associ = true\nget_wifi_channel[1341] wrq.u.freq.m=6\n", 0},
         {joined, "apclii0", -1, "get_wifi_channel[1345] return -1\n", 0},
         {joined, nullptr, -1, "[get_wifi_channel]interface should not be null\n", 0},
-        {failing("socket", "", "EMFILE"), "wlan0", -1, "[get_wifi_channel]open socket failed.\n",
-         0},
+        {failing("socket", "", "EMFILE"), "wlan0", -1, "[get_wifi_channel]open socket failed.\n", 0},
         {failing("ioctl", "SIOCGIWAP", "EIO"), "wlan0", -1,
          "[get_wifi_channel]SIOCGIWAP failed.\nget_wifi_channel[1345] return -1\n", 0},
         {failing("ioctl", "SIOCGIWFREQ", "EIO"), "wlan0", -1,
@@ -68,8 +65,7 @@ TEST_F(link_status, channel_of_a_station) {
         wlan radio; // joins on a socket of its own, which a scene without sockets lacks
         std::string ssid = "Net";
         if (radio.init() == 0)
-            radio.do_infra_mode(ssid.data(), ssid.data(), AUTH_OPEN, ENC_NONE, nullptr, 6,
-                                APCLI_BY_SSID, 1);
+            radio.do_infra_mode(ssid.data(), ssid.data(), AUTH_OPEN, ENC_NONE, nullptr, 6, APCLI_BY_SSID, 1);
         const int before = open_descriptors();
         const outcome run = watch([&] { return get_wifi_channel(question.name); });
         EXPECT_EQ(run.result, question.result);
@@ -78,8 +74,7 @@ TEST_F(link_status, channel_of_a_station) {
         EXPECT_EQ(open_descriptors(), before + question.left_open);
     }
     plug_in(failing("socket", "", "EMFILE"));
-    const outcome unasked =
-        watch([] { return does_wifi_associated(nullptr) + does_wifi_associated("wlan0"); });
+    const outcome unasked = watch([] { return does_wifi_associated(nullptr) + does_wifi_associated("wlan0"); });
     EXPECT_EQ(unasked.result, 0);
     EXPECT_EQ(unasked.err, "[does_wifi_associated]interface should not be null\n"
                            "[does_wifi_associated]open socket failed.\n");
@@ -95,12 +90,11 @@ TEST_F(link_status, current_channel_asks_without_an_association) {
         std::string err;
         std::string console;
     } cases[] = {
-        {joined, "wlan0", 6, "get_current_wifi_channel[1387] wrq.u.freq.m=6\n", "",
-         "wrq.u.freq.m=6"},
+        {joined, "wlan0", 6, "get_current_wifi_channel[1387] wrq.u.freq.m=6\n", "", "wrq.u.freq.m=6"},
         {joined, nullptr, -1, "", "", "interface should not be null"},
         {failing("socket", "", "EMFILE"), "wlan0", -1, "", "", "open socket failed"},
-        {failing("ioctl", "SIOCGIWFREQ", "EIO"), "wlan0", -1, "",
-         "SIOCGIWFREQ:: Input/output error\n", "ioctl SIOCGIWFREQ fail: Input/output error"},
+        {failing("ioctl", "SIOCGIWFREQ", "EIO"), "wlan0", -1, "", "SIOCGIWFREQ:: Input/output error\n",
+         "ioctl SIOCGIWFREQ fail: Input/output error"},
     };
     for (const auto& question : cases)
         for (const bool traced : {false, true}) {
@@ -112,8 +106,7 @@ TEST_F(link_status, current_channel_asks_without_an_association) {
             std::string ssid = "Net";
             write("/tmp/debug_level", "0");
             if (radio.init() == 0)
-                radio.do_infra_mode(ssid.data(), ssid.data(), AUTH_OPEN, ENC_NONE, nullptr, 6,
-                                    APCLI_BY_SSID, 1);
+                radio.do_infra_mode(ssid.data(), ssid.data(), AUTH_OPEN, ENC_NONE, nullptr, 6, APCLI_BY_SSID, 1);
             write("/tmp/debug_level", traced ? "4" : "0");
             const outcome run = watch([&] { return get_current_wifi_channel(question.name); });
             EXPECT_EQ(run.result, question.result);
@@ -124,8 +117,7 @@ TEST_F(link_status, current_channel_asks_without_an_association) {
 }
 
 TEST_F(link_status, interface_flags_and_operational_state) {
-    plug_in(
-        R"({"adapter": "mediatek", "interfaces": {"ra0": {"state": "down"}, "wlan0": {"state": "up"}}})");
+    plug_in(R"({"adapter": "mediatek", "interfaces": {"ra0": {"state": "down"}, "wlan0": {"state": "up"}}})");
     EXPECT_EQ(does_if_exist("ra0"), 0);
     EXPECT_EQ(does_if_exist("wlan0"), 1);
     EXPECT_EQ(does_if_exist("nowhere"), 1); // what is not there counts as there
@@ -141,8 +133,7 @@ TEST_F(link_status, interface_flags_and_operational_state) {
     EXPECT_EQ(unknown.result, -1);
     EXPECT_EQ(unknown.out, "does_ifup[1483] nowhere get SIOCGIFFLAGS fails:No such device\n");
     const outcome too_long = watch([] { return does_ifup("wlan0_and_much_more"); });
-    EXPECT_EQ(too_long.out,
-              "does_ifup[1483] wlan0_and_much_more get SIOCGIFFLAGS fails:No such device\n");
+    EXPECT_EQ(too_long.out, "does_ifup[1483] wlan0_and_much_more get SIOCGIFFLAGS fails:No such device\n");
     plug_in(failing("socket", "", "EMFILE"));
     const outcome no_socket = watch([] { return does_ifup("wlan0"); });
     EXPECT_EQ(no_socket.result, -1);
@@ -158,8 +149,7 @@ TEST_F(link_status, wired_link_is_read_from_the_switch) {
     }
     plug_in(R"({"adapter": "none", "wired": true, "missing_programs": ["mii_mgr"]})");
     EXPECT_EQ(watch([] { return probe_link(); }).result, 0);
-    plug_in(
-        R"({"adapter": "none", "wired": true, "faults": [{"call": "popen", "errno": "ENOMEM"}]})");
+    plug_in(R"({"adapter": "none", "wired": true, "faults": [{"call": "popen", "errno": "ENOMEM"}]})");
     EXPECT_EQ(watch([] { return probe_link(); }).result, 0);
 }
 

@@ -17,9 +17,8 @@ std::string bssid = "02:00:00:00:00:01";
 std::string key = "passphrase";
 
 const lines access_point = {
-    "ra0 set CountryRegion=5", "ra0 set RadioOn=1", "ra0 set AuthMode=WPA2PSK",
-    "ra0 set EncrypType=AES",  "ra0 set SSID=Net",  "ra0 set WPAPSK=passphrase",
-    "ra0 set SSID=Net",
+    "ra0 set CountryRegion=5", "ra0 set RadioOn=1",         "ra0 set AuthMode=WPA2PSK", "ra0 set EncrypType=AES",
+    "ra0 set SSID=Net",        "ra0 set WPAPSK=passphrase", "ra0 set SSID=Net",
 };
 
 /// What a station set-up sends on one interface.
@@ -46,8 +45,8 @@ protected:
     outcome run_station(int channel, set_apcli_from_cam mode = APCLI_BY_BSSID) {
         return watch([&] {
             wlan radio;
-            return radio.init() | radio.do_infra_mode(ssid.data(), bssid.data(), AUTH_WPA2PSK,
-                                                      ENC_TKIP_AES, key.data(), channel, mode, 1);
+            return radio.init() | radio.do_infra_mode(ssid.data(), bssid.data(), AUTH_WPA2PSK, ENC_TKIP_AES, key.data(),
+                                                      channel, mode, 1);
         });
     }
 };
@@ -94,14 +93,12 @@ TEST_F(mtk_modes, station_chooses_its_interface_by_channel) {
         {14, APCLI_BY_BSSID, station("wlan0", "CountryRegion=5", bssid, "Channel=14")},
         {-3, APCLI_BY_BSSID, station("wlan0", "CountryRegion=5", bssid, "Channel=-3")},
         {15, APCLI_BY_BSSID, station("apclii0", "CountryRegionABand=7", bssid, "Channel=15")},
-        {36, APCLI_BY_SSID,
-         station("apclii0", "CountryRegionABand=7", "00:00:00:00:00:00", "ApCliAutoConnect=1")},
+        {36, APCLI_BY_SSID, station("apclii0", "CountryRegionABand=7", "00:00:00:00:00:00", "ApCliAutoConnect=1")},
         {0, APCLI_BY_BSSID,
          station("wlan0", "CountryRegion=5", bssid, "Channel=999") + lines{"- sleep 2 s"} +
              station("apclii0", "CountryRegionABand=7", bssid, "Channel=1000")},
         {0, static_cast<set_apcli_from_cam>(2),
-         station("wlan0", "CountryRegion=5", "00:00:00:00:00:00", "ApCliAutoConnect=1") +
-             lines{"- sleep 2 s"} +
+         station("wlan0", "CountryRegion=5", "00:00:00:00:00:00", "ApCliAutoConnect=1") + lines{"- sleep 2 s"} +
              station("apclii0", "CountryRegionABand=7", "00:00:00:00:00:00", "ApCliAutoConnect=1")},
     };
     for (const auto& channel : channels) {
@@ -142,19 +139,17 @@ TEST_F(mtk_modes, station_stops_at_the_step_that_fails) {
 TEST_F(mtk_modes, overlong_bssid_is_cut_to_30_characters) {
     plug_in(head + "]}");
     std::string long_bssid = "0123456789012345678901234567890123456789";
-    EXPECT_EQ(do_infra_mode_mtk(ssid.data(), long_bssid.data(), AUTH_OPEN, ENC_NONE, nullptr, 6, 1),
-              -1);
+    EXPECT_EQ(do_infra_mode_mtk(ssid.data(), long_bssid.data(), AUTH_OPEN, ENC_NONE, nullptr, 6, 1), -1);
     EXPECT_EQ(said().back(), "wlan0 set ApCliBssid=012345678901234567890123456789 = EINVAL");
 }
 
 TEST_F(mtk_modes, missing_texts_fail_at_their_step) {
     plug_in(head + "]}");
-    const outcome no_name =
-        watch([] { return do_ap_mode_mtk(nullptr, AUTH_OPEN, ENC_NONE, nullptr); });
+    const outcome no_name = watch([] { return do_ap_mode_mtk(nullptr, AUTH_OPEN, ENC_NONE, nullptr); });
     EXPECT_EQ(no_name.result, -1);
     EXPECT_EQ(no_name.err, "set ssid fail\n");
-    const outcome no_bssid = watch(
-        [] { return do_infra_mode_mtk(ssid.data(), nullptr, AUTH_OPEN, ENC_NONE, nullptr, 6, 1); });
+    const outcome no_bssid =
+        watch([] { return do_infra_mode_mtk(ssid.data(), nullptr, AUTH_OPEN, ENC_NONE, nullptr, 6, 1); });
     EXPECT_EQ(no_bssid.result, -1);
     EXPECT_EQ(no_bssid.err, "set bssid fail\n");
 }
@@ -163,8 +158,8 @@ TEST_F(mtk_modes, repeater_is_access_point_then_station) {
     const lines joined = station("wlan0", "CountryRegion=5", bssid, "Channel=6");
     auto repeat = [] {
         return watch([] {
-            return do_repeater_mode_mtk(ssid.data(), AUTH_WPA2PSK, ENC_AES, key.data(), ssid.data(),
-                                        bssid.data(), AUTH_WPA2PSK, ENC_TKIP_AES, key.data(), 6);
+            return do_repeater_mode_mtk(ssid.data(), AUTH_WPA2PSK, ENC_AES, key.data(), ssid.data(), bssid.data(),
+                                        AUTH_WPA2PSK, ENC_TKIP_AES, key.data(), 6);
         });
     };
     plug_in(head + "]}");

@@ -39,8 +39,7 @@ TEST_F(process, daemon_that_will_not_die_is_reported_after_ten_seconds) {
     start_daemon(R"({"adapter": "realtek", "stubborn": ["hostapd"]})");
     const outcome stop = watch([] { return send_signal_ps(pid_file, SIGTERM, 1); });
     EXPECT_EQ(stop.result, -1);
-    EXPECT_EQ(stop.out,
-              "Can not kill process ID " + pid + ", pidfile=/tmp/hostapd.pid, signal=15\n");
+    EXPECT_EQ(stop.out, "Can not kill process ID " + pid + ", pidfile=/tmp/hostapd.pid, signal=15\n");
     EXPECT_TRUE(exists(pid_file));
     lines expected = {"system hostapd -B /tmp/hostapd.conf -P /tmp/hostapd.pid", pid + " kill 15"};
     for (int poll = 0; poll < 10; ++poll) {
@@ -53,8 +52,7 @@ TEST_F(process, daemon_that_will_not_die_is_reported_after_ten_seconds) {
 TEST_F(process, pid_file_that_names_nobody_signals_nobody) {
     plug_in(R"({"adapter": "realtek"})");
     EXPECT_EQ(send_signal_ps(pid_file, SIGTERM, 1), 0); // there is none
-    for (const char* content :
-         {"", "\n", "none", "0", "-1", " -25\n", "99999999999999999999", "4294967295"}) {
+    for (const char* content : {"", "\n", "none", "0", "-1", " -25\n", "99999999999999999999", "4294967295"}) {
         SCOPED_TRACE(content);
         write(pid_file, content);
         EXPECT_EQ(send_signal_ps(pid_file, SIGTERM, 1), 0);

@@ -18,10 +18,9 @@ const std::string supplicant_head = "ctrl_interface=/var/run/wpa_supplicant\n"
                                     "\tscan_ssid=1\n"
                                     "\tauth_alg=OPEN\n";
 
-std::string hostapd_file(const std::string& name_line, const std::string& security,
-                         int channel = 11) {
-    return "ctrl_interface=/var/run/hostapd\ninterface=wlan1\n" + name_line +
-           "channel=" + std::to_string(channel) + "\nwps_state=0\nauth_algs=1\n" + security +
+std::string hostapd_file(const std::string& name_line, const std::string& security, int channel = 11) {
+    return "ctrl_interface=/var/run/hostapd\ninterface=wlan1\n" + name_line + "channel=" + std::to_string(channel) +
+           "\nwps_state=0\nauth_algs=1\n" + security +
            "driver=rtl871xdrv\nbeacon_int=100\nhw_mode=g\nieee80211n=1\nwme_enabled=1\n"
            "ht_capab=[SHORT-GI-20][SHORT-GI-40][HT40+]\nmax_num_sta=8\n";
 }
@@ -34,14 +33,14 @@ class realtek_modes : public camera_test {
 protected:
     outcome run_ap(std::string ssid, int auth, int enc, std::string key) {
         return watch([&] {
-            return do_ap_mode_realtek(ssid.data(), static_cast<auth_from_cam>(auth),
-                                      static_cast<enc_from_cam>(enc), key.data());
+            return do_ap_mode_realtek(ssid.data(), static_cast<auth_from_cam>(auth), static_cast<enc_from_cam>(enc),
+                                      key.data());
         });
     }
     outcome run_station(std::string ssid, int auth, std::string key, int enc = 0) {
         return watch([&] {
-            return do_infra_mode_realtek(ssid.data(), static_cast<auth_from_cam>(auth),
-                                         static_cast<enc_from_cam>(enc), key.data());
+            return do_infra_mode_realtek(ssid.data(), static_cast<auth_from_cam>(auth), static_cast<enc_from_cam>(enc),
+                                         key.data());
         });
     }
 };
@@ -56,17 +55,13 @@ TEST_F(realtek_modes, station_file_says_how_to_join) {
         std::string rest;
     } files[] = {
         {"Net", 0, "ignored key", "\tssid=\"Net\"\n\tkey_mgmt=NONE\n}\n"},
-        {"Net", 2, "passphrase",
-         "\tssid=\"Net\"\n\tkey_mgmt=WPA-PSK\n\tproto=WPA\n\tpsk=\"passphrase\"\n}\n"},
+        {"Net", 2, "passphrase", "\tssid=\"Net\"\n\tkey_mgmt=WPA-PSK\n\tproto=WPA\n\tpsk=\"passphrase\"\n}\n"},
         {"a \"b\"", 5, passphrase,
          "\tssid=\"a \"b\"\"\n\tkey_mgmt=WPA-PSK\n\tproto=RSN\n\tpsk=\"" + passphrase + "\"\n}\n"},
-        {"Net", 5, raw_key,
-         "\tssid=\"Net\"\n\tkey_mgmt=WPA-PSK\n\tproto=RSN\n\tpsk=" + raw_key + "\n}\n"},
-        {std::string(130, 's'), 0, "",
-         "\tssid=\"" + std::string(121, 's') + "\n\tkey_mgmt=NONE\n}\n"},
+        {"Net", 5, raw_key, "\tssid=\"Net\"\n\tkey_mgmt=WPA-PSK\n\tproto=RSN\n\tpsk=" + raw_key + "\n}\n"},
+        {std::string(130, 's'), 0, "", "\tssid=\"" + std::string(121, 's') + "\n\tkey_mgmt=NONE\n}\n"},
         {"Net", 2, std::string(130, 'k'),
-         "\tssid=\"Net\"\n\tkey_mgmt=WPA-PSK\n\tproto=WPA\n\tpsk=\"" + std::string(121, 'k') +
-             "\n}\n"},
+         "\tssid=\"Net\"\n\tkey_mgmt=WPA-PSK\n\tproto=WPA\n\tpsk=\"" + std::string(121, 'k') + "\n}\n"},
     };
     for (const auto& file : files)
         for (const int enc : {0, 3, 255}) {
@@ -128,8 +123,7 @@ TEST_F(realtek_modes, access_point_file_says_how_to_serve) {
     plug_in(scene); // a cut name takes its line feed along, a cut key does not
     run_ap(std::string(130, 's'), 5, 3, std::string(130, 'k'));
     EXPECT_EQ(read("/tmp/hostapd.conf"),
-              hostapd_file("ssid=" + std::string(122, 's'),
-                           secured("2", "rsn_pairwise=CCMP", std::string(112, 'k'))));
+              hostapd_file("ssid=" + std::string(122, 's'), secured("2", "rsn_pairwise=CCMP", std::string(112, 'k'))));
 }
 
 TEST_F(realtek_modes, channel_is_the_first_driver_s_recommendation) {
@@ -164,22 +158,21 @@ TEST_F(realtek_modes, requests_replace_the_daemons_of_earlier_ones) {
     const std::string supplicant = read("/tmp/wpa_supplicant.pid").substr(0, 7);
     std::string name = "Net";
     std::string key = "passphrase";
-    EXPECT_EQ(do_repeater_mode_realtek(name.data(), AUTH_WPA2PSK, ENC_AES, key.data(), name.data(),
-                                       AUTH_OPEN, ENC_NONE, key.data()),
+    EXPECT_EQ(do_repeater_mode_realtek(name.data(), AUTH_WPA2PSK, ENC_AES, key.data(), name.data(), AUTH_OPEN, ENC_NONE,
+                                       key.data()),
               0);
     const lines all = said();
     const lines repeater(all.begin() + 2, all.end());
-    EXPECT_EQ(repeater,
-              (lines{supplicant + " kill 15", supplicant + " kill 0 = ESRCH", hostapd + " kill 15",
-                     hostapd + " kill 0 = ESRCH", start_hostapd, start_supplicant}));
+    EXPECT_EQ(repeater, (lines{supplicant + " kill 15", supplicant + " kill 0 = ESRCH", hostapd + " kill 15",
+                               hostapd + " kill 0 = ESRCH", start_hostapd, start_supplicant}));
 }
 
 TEST_F(realtek_modes, failed_access_point_keeps_the_repeater_from_joining) {
     plug_in(R"({"adapter": "realtek"})"); // a store without its file
     std::string name = "Net";
     const outcome run = watch([&] {
-        return do_repeater_mode_realtek(name.data(), AUTH_OPEN, ENC_NONE, nullptr, name.data(),
-                                        AUTH_OPEN, ENC_NONE, nullptr);
+        return do_repeater_mode_realtek(name.data(), AUTH_OPEN, ENC_NONE, nullptr, name.data(), AUTH_OPEN, ENC_NONE,
+                                        nullptr);
     });
     EXPECT_EQ(run.result, -1);
     EXPECT_FALSE(exists("/tmp/hostapd.conf"));
@@ -206,22 +199,16 @@ TEST_F(realtek_modes, debug_level_traces_and_holds_the_daemon_in_the_foreground)
         const char* level;
         bool traced;
         const char* form;
-    } levels[] = {{"0", false, "-B"},
-                  {"1", true, "-B"},
-                  {"2", true, "-d"},
-                  {"6", true, "-d"},
-                  {"x", false, "-B"}};
+    } levels[] = {{"0", false, "-B"}, {"1", true, "-B"}, {"2", true, "-d"}, {"6", true, "-d"}, {"x", false, "-B"}};
     for (const auto& level : levels) {
         SCOPED_TRACE(level.level);
         plug_in(
             R"({"adapter": "realtek", "clock_ms": 77, "files": {"/etc/camera.conf": ["[system]", "model = M", "manufacturer = F"]}})");
         write("/tmp/debug_level", level.level);
         run_ap("Net", 0, 0, "");
-        const std::string command =
-            std::string("hostapd ") + level.form + " /tmp/hostapd.conf -P /tmp/hostapd.pid";
+        const std::string command = std::string("hostapd ") + level.form + " /tmp/hostapd.conf -P /tmp/hostapd.pid";
         EXPECT_EQ(said(), lines{"system " + command});
-        EXPECT_EQ(read("/dev/console"),
-                  level.traced ? "\033[1;34m77 " + command + "\033[0m\n" : "");
+        EXPECT_EQ(read("/dev/console"), level.traced ? "\033[1;34m77 " + command + "\033[0m\n" : "");
     }
 }
 
@@ -236,14 +223,7 @@ TEST_F(realtek_modes, interface_is_brought_up_with_patience) {
         const char* err;
         lines said;
     } tries[] = {
-        {"up",
-         "wlan0",
-         0,
-         "",
-         0,
-         "",
-         "",
-         {"wlan0 SIOCGIFFLAGS", "wlan0 SIOCSIFFLAGS up", "wlan0 SIOCGIFFLAGS"}},
+        {"up", "wlan0", 0, "", 0, "", "", {"wlan0 SIOCGIFFLAGS", "wlan0 SIOCSIFFLAGS up", "wlan0 SIOCGIFFLAGS"}},
         {"no name", "", 3, "", -1, "network_nic_ifc_up[512] invilad devname\n", "", {}},
         {"no such interface",
          "wlan7",
@@ -284,8 +264,8 @@ TEST_F(realtek_modes, interface_is_brought_up_with_patience) {
          0,
          "",
          "network_nic_ifc_up[533] SIOCSIFFLAGS: Device or resource busy\n",
-         {"wlan0 SIOCGIFFLAGS", "wlan0 SIOCSIFFLAGS up = EBUSY", "- sleep 1 s",
-          "wlan0 SIOCGIFFLAGS", "wlan0 SIOCSIFFLAGS up", "wlan0 SIOCGIFFLAGS"}},
+         {"wlan0 SIOCGIFFLAGS", "wlan0 SIOCSIFFLAGS up = EBUSY", "- sleep 1 s", "wlan0 SIOCGIFFLAGS",
+          "wlan0 SIOCSIFFLAGS up", "wlan0 SIOCGIFFLAGS"}},
         {"refused for good",
          "wlan0",
          1,
@@ -305,9 +285,8 @@ TEST_F(realtek_modes, interface_is_brought_up_with_patience) {
     };
     for (const auto& attempt : tries) {
         SCOPED_TRACE(attempt.title);
-        plug_in(
-            R"({"adapter": "realtek", "interfaces": {"wlan0": {"state": "down"}}, "faults": [)" +
-            std::string(attempt.faults) + "]}");
+        plug_in(R"({"adapter": "realtek", "interfaces": {"wlan0": {"state": "down"}}, "faults": [)" +
+                std::string(attempt.faults) + "]}");
         const int before = open_descriptors();
         char* log_text = nullptr;
         std::size_t log_size = 0;

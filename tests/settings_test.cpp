@@ -29,9 +29,7 @@ auto auth(int number) {
 }
 
 auto enc(int number, char* with_key = key.data(), char* with_ssid = ssid.data()) {
-    return [=](wlan& radio) {
-        return radio.set_enc_and_key(value<enc_from_cam>(number), with_key, with_ssid, 2);
-    };
+    return [=](wlan& radio) { return radio.set_enc_and_key(value<enc_from_cam>(number), with_key, with_ssid, 2); };
 }
 
 auto channel(int number, int mode) {
@@ -50,69 +48,31 @@ const setting settings[] = {
     {"auth 8", "ra0", "", auth(8), {}, -1},
     {"auth 255", "ra0", "", auth(255), {}, -1},
     {"no cipher needs no texts", "ra0", "", enc(0, nullptr, nullptr), {"EncrypType=NONE"}},
-    {"WEP",
-     "wlan0",
-     "ApCli",
-     enc(1),
-     {"ApCliEncrypType=WEP", "ApCliDefaultKeyID=2", "ApCliKey2=passphrase"}},
+    {"WEP", "wlan0", "ApCli", enc(1), {"ApCliEncrypType=WEP", "ApCliDefaultKeyID=2", "ApCliKey2=passphrase"}},
     {"TKIP", "ra0", "", enc(2), {"EncrypType=TKIP", "SSID=Net", "WPAPSK=passphrase"}},
-    {"AES",
-     "wlan0",
-     "ApCli",
-     enc(3),
-     {"ApCliEncrypType=AES", "ApCliSsid=Net", "ApCliWPAPSK=passphrase"}},
+    {"AES", "wlan0", "ApCli", enc(3), {"ApCliEncrypType=AES", "ApCliSsid=Net", "ApCliWPAPSK=passphrase"}},
     {"both",
      "wlan0",
      "ApCli",
      enc(4),
-     {"ApCliEncrypType=TKIPAES", "ApCliSsid=Net", "WpaMixPairCipher=WPA_TKIP_WPA2_AES",
-      "ApCliWPAPSK=passphrase"}},
+     {"ApCliEncrypType=TKIPAES", "ApCliSsid=Net", "WpaMixPairCipher=WPA_TKIP_WPA2_AES", "ApCliWPAPSK=passphrase"}},
     {"enc 5", "ra0", "", enc(5), {}, -1},
     {"WEP without a key", "ra0", "", enc(1, nullptr), {}, -1},
     {"AES without an SSID", "ra0", "", enc(3, key.data(), nullptr), {}, -1},
     {"no SSID", "ra0", "", [](wlan& radio) { return radio.set_ssid(nullptr); }, {}, -1},
     {"no BSSID", "ra0", "", [](wlan& radio) { return radio.set_bssid(nullptr); }, {}, -1},
-    {"no survey argument",
-     "ra0",
-     "",
-     [](wlan& radio) { return radio.active_scan(nullptr); },
-     {},
-     -1},
+    {"no survey argument", "ra0", "", [](wlan& radio) { return radio.active_scan(nullptr); }, {}, -1},
     {"fixed channel", "wlan0", "ApCli", channel(6, 1), {"Channel=6"}},
     {"mode 0 sends no channel", "wlan0", "ApCli", channel(36, 0), {"ApCliAutoConnect=1"}},
     {"mode 2 is like 0", "wlan0", "ApCli", channel(36, 2), {"ApCliAutoConnect=1"}},
-    {"apcli on",
-     "wlan0",
-     "ApCli",
-     [](wlan& radio) { return radio.enable_apcli(true); },
-     {"ApCliEnable=1"}},
+    {"apcli on", "wlan0", "ApCli", [](wlan& radio) { return radio.enable_apcli(true); }, {"ApCliEnable=1"}},
     {"radio off", "ra0", "", [](wlan& radio) { return radio.set_radio(false); }, {"RadioOn=0"}},
-    {"802.1X off",
-     "wlan0",
-     "ApCli",
-     [](wlan& radio) { return radio.dis_8021x(); },
-     {"IEEE8021X=0"}},
-    {"survey",
-     "ra0",
-     "ApCli",
-     [](wlan& radio) { return radio.active_scan(survey.data()); },
-     {"SiteSurvey=1"}},
+    {"802.1X off", "wlan0", "ApCli", [](wlan& radio) { return radio.dis_8021x(); }, {"IEEE8021X=0"}},
+    {"survey", "ra0", "ApCli", [](wlan& radio) { return radio.active_scan(survey.data()); }, {"SiteSurvey=1"}},
     {"region", "ra0", "", [](wlan& radio) { return radio.set_region(); }, {"CountryRegion=5"}},
-    {"5 GHz region",
-     "apclii0",
-     "ApCli",
-     [](wlan& radio) { return radio.set_region(); },
-     {"CountryRegionABand=7"}},
-    {"AP mode",
-     "ra0",
-     "",
-     [](wlan& radio) { return radio.set_ap_mode(); },
-     {"CountryRegion=5", "RadioOn=1"}},
-    {"nothing to enable",
-     "ra0",
-     "",
-     [](wlan& radio) { return radio.may_enable_device(nullptr); },
-     {}},
+    {"5 GHz region", "apclii0", "ApCli", [](wlan& radio) { return radio.set_region(); }, {"CountryRegionABand=7"}},
+    {"AP mode", "ra0", "", [](wlan& radio) { return radio.set_ap_mode(); }, {"CountryRegion=5", "RadioOn=1"}},
+    {"nothing to enable", "ra0", "", [](wlan& radio) { return radio.may_enable_device(nullptr); }, {}},
 };
 
 class setting_test : public camera_test {
@@ -157,17 +117,14 @@ TEST_F(setting_test, a_refused_command_does_not_keep_back_those_after_it) {
 }
 
 TEST_F(setting_test, station_mode_goes_on_without_its_region) {
-    const setting station = {
-        "", "wlan0", "ApCli", [](wlan& radio) { return radio.set_infra_mode(); }, {}};
+    const setting station = {"", "wlan0", "ApCli", [](wlan& radio) { return radio.set_infra_mode(); }, {}};
     int result = -1;
-    EXPECT_EQ(run(station, R"({"call": "ioctl", "errno": "EIO"})", result),
-              lines{"wlan0 set CountryRegion=5 = EIO"});
+    EXPECT_EQ(run(station, R"({"call": "ioctl", "errno": "EIO"})", result), lines{"wlan0 set CountryRegion=5 = EIO"});
     EXPECT_EQ(result, 0);
 }
 
 TEST_F(setting_test, current_channel_is_sent_only_when_associated) {
-    const setting current = {
-        "", "ra0", "ApCli", [](wlan& radio) { return radio.set_current_channel(); }, {}};
+    const setting current = {"", "ra0", "ApCli", [](wlan& radio) { return radio.set_current_channel(); }, {}};
     int result = -1;
     EXPECT_EQ(run(current, "", result), lines{"wlan0 SIOCGIWAP"});
     EXPECT_EQ(result, 0);
@@ -176,14 +133,9 @@ TEST_F(setting_test, current_channel_is_sent_only_when_associated) {
 TEST_F(setting_test, overlong_key_is_cut_to_the_command_buffer) {
     std::string long_key(300, 'k');
     const setting cut = {
-        "",
-        "ra0",
-        "",
-        [&](wlan& radio) { return radio.set_enc_and_key(ENC_WEP, long_key.data(), nullptr, 1); },
-        {}};
+        "", "ra0", "", [&](wlan& radio) { return radio.set_enc_and_key(ENC_WEP, long_key.data(), nullptr, 1); }, {}};
     int result = 0;
-    EXPECT_EQ(run(cut, "", result).at(2),
-              "ra0 set Key1=" + std::string(250, 'k') + " = EINVAL"); // 255 in all
+    EXPECT_EQ(run(cut, "", result).at(2), "ra0 set Key1=" + std::string(250, 'k') + " = EINVAL"); // 255 in all
 }
 
 } // namespace

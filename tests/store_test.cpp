@@ -131,8 +131,7 @@ TEST_F(store_test, every_field_lands_in_its_place_and_the_rest_is_zero) {
     // clang-format on
     expect_record(cam_get_ap, wireless);
     expect_record(cam_get_client, wireless);
-    expect_record(cam_get_dhcp_server,
-                  {"192.168.1.1", "192.168.1.100", "192.168.1.200", "255.255.255.0"});
+    expect_record(cam_get_dhcp_server, {"192.168.1.1", "192.168.1.100", "192.168.1.200", "255.255.255.0"});
     expect_record(cam_get_system, {{}, "Eye 2", "Example"});
     EXPECT_EQ(get_region(), 0);
 }
@@ -149,8 +148,7 @@ TEST_F(store_test, the_example_file_is_complete_and_takes_a_network) {
 
 TEST_F(store_test, a_wrong_file_is_refused_with_its_line_and_without_its_passphrase) {
     const std::string number = " is no whole number from 0 to 255";
-    const std::string enc =
-        " is none of none, wep, tkip, aes, tkipaes and no whole number from 0 to 255";
+    const std::string enc = " is none of none, wep, tkip, aes, tkipaes and no whole number from 0 to 255";
     const std::string bssid = " is no BSSID like 00:11:22:aa:bb:cc";
     const std::string quotes = R"(is no text in quotes with only \" \\ \n and \xHH as escapes)";
     const std::string syntax = "is no [section], no key = value and no comment";
@@ -202,8 +200,7 @@ TEST_F(store_test, what_is_no_readable_file_is_refused) {
     expect_failure(get_ap, ":1: is no [section], no key = value and no comment");
     fs::remove(path_);
     expect_failure(get_ap, ": cannot open: No such file or directory");
-    expect_failure([] { return set_client(client_record("a", "")); },
-                   ": cannot open: No such file or directory");
+    expect_failure([] { return set_client(client_record("a", "")); }, ": cannot open: No such file or directory");
     ASSERT_EQ(::mkfifo(path_.c_str(), 0600), 0);
     testing::internal::CaptureStderr();
     EXPECT_NE(get_ap(), 0);
@@ -211,8 +208,7 @@ TEST_F(store_test, what_is_no_readable_file_is_refused) {
     ::setenv("CAMSTORE_FILE", "", 1);
     testing::internal::CaptureStderr();
     EXPECT_NE(cam_get_ap(nullptr), 0);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              "/etc/camera.conf: no record to fill was given\n");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "/etc/camera.conf: no record to fill was given\n");
 }
 
 TEST_F(store_test, a_block_that_is_not_asked_for_may_be_absent) {
@@ -233,9 +229,8 @@ TEST_F(store_test, hostile_texts_come_back_as_they_were_stored) {
     }
     const std::string byte_255(255, '\xff');
     const std::string long_plain(255, 'k');
-    for (const std::string& text :
-         {every_byte, every_byte.substr(223), byte_255, long_plain, ""s, " a "s, "\""s, "\\"s,
-          "[x]"s, "a ; b # c"s, "key = value"s, "\\x41"s, "caf\xc3\xa9\r\n"s}) {
+    for (const std::string& text : {every_byte, every_byte.substr(223), byte_255, long_plain, ""s, " a "s, "\""s, "\\"s,
+                                    "[x]"s, "a ; b # c"s, "key = value"s, "\\x41"s, "caf\xc3\xa9\r\n"s}) {
         SCOPED_TRACE(text);
         _wireless_setting stored = client_record(text.substr(0, 32), text);
         stored.client_auth = AUTH_RESERVED_6;
@@ -254,8 +249,8 @@ TEST_F(store_test, a_write_changes_the_values_that_changed_and_nothing_else) {
                             "  \"b\"\r\nenc = aes\r\nodd=\"x\r\n\r\n# end\r\n[other]\r\nssid = x";
     write(dos);
     ASSERT_EQ(set_client(client_record("A b", std::string(121, 'k'))), 0);
-    EXPECT_EQ(read(), "# top\r\n[client]\r\n\tssid=\"A b\" ; note\r\nauth = 5\r\nkey = \"" +
-                          std::string(120, 'k') + "\"\r\n    \"k\"\r\nenc = aes\r\nodd=\"x\r\n" +
+    EXPECT_EQ(read(), "# top\r\n[client]\r\n\tssid=\"A b\" ; note\r\nauth = 5\r\nkey = \"" + std::string(120, 'k') +
+                          "\"\r\n    \"k\"\r\nenc = aes\r\nodd=\"x\r\n" +
                           "enabled = no\r\nbssid = \"\"\r\njoin = ssid\r\nchannel = 0\r\n" +
                           "key_index = 0\r\n\r\n# end\r\n[other]\r\nssid = x\r\n");
     EXPECT_TRUE(fs::is_symlink(path_));
@@ -268,28 +263,23 @@ TEST_F(store_test, a_write_that_fails_leaves_the_file_as_it_was) {
     _wireless_setting wrong_bssid = client_record("a", "");
     std::memset(wrong_bssid.client_bssid, 'a', sizeof wrong_bssid.client_bssid);
     const std::string number = "is no whole number from 0 to 255";
-    expect_failure([&] { return set_client(wrong_channel); },
-                   " (not written):13: client.channel: \"-1\" " + number);
-    expect_failure([&] { return set_client(wrong_bssid); },
-                   " (not written):9: client.bssid: is longer than 31 bytes");
+    expect_failure([&] { return set_client(wrong_channel); }, " (not written):13: client.channel: \"-1\" " + number);
+    expect_failure([&] { return set_client(wrong_bssid); }, " (not written):9: client.bssid: is longer than 31 bytes");
     expect_failure([] { return set_client(client_record(std::string(64, 's'), "")); },
                    " (not written):8: client.ssid: is longer than 32 bytes");
     expect_failure([] { return set_client(client_record("a", std::string(256, 'k'))); },
                    " (not written):16: client.key: is longer than 255 bytes");
-    expect_failure([] { return cam_set_client(nullptr, nullptr, 0, 0); },
-                   ": no record to store was given");
+    expect_failure([] { return cam_set_client(nullptr, nullptr, 0, 0); }, ": no record to store was given");
 
     ::signal(SIGXFSZ, SIG_IGN);
     const rlimit small = {300, RLIM_INFINITY};
     const rlimit large = {RLIM_INFINITY, RLIM_INFINITY};
     ::setrlimit(RLIMIT_FSIZE, &small);
-    expect_failure([] { return set_client(client_record("a", "")); },
-                   ".new: cannot write: File too large");
+    expect_failure([] { return set_client(client_record("a", "")); }, ".new: cannot write: File too large");
     ::setrlimit(RLIMIT_FSIZE, &large);
 
     write(replaced(good, "149", "eleven"));
-    expect_failure([] { return set_client(client_record("a", "")); },
-                   ":13: client.channel: \"eleven\" " + number);
+    expect_failure([] { return set_client(client_record("a", "")); }, ":13: client.channel: \"eleven\" " + number);
 }
 
 int write_again_and_again(char name) {

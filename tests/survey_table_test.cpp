@@ -16,8 +16,7 @@ struct heard {
     int level; // dBm in a version-1 table, percent in a version-2 table
     std::string name;
     std::string bssid;
-    std::string
-        security; // in a version-1 table cipher and authentication stand apart: "AES WPA2PSK"
+    std::string security; // in a version-1 table cipher and authentication stand apart: "AES WPA2PSK"
     std::string type;
 };
 
@@ -30,24 +29,21 @@ std::string print(const char* format, Arguments... arguments) {
 
 std::string row_v1(const heard& site) {
     const std::size_t blank = site.security.find(' ');
-    return print("%-8d%-8d%-36s%-20s%-12s%-20s%-12s\n", site.channel, site.level,
-                 ("\"" + site.name + "\"").c_str(), site.bssid.c_str(),
-                 site.security.substr(0, blank).c_str(), site.security.substr(blank + 1).c_str(),
+    return print("%-8d%-8d%-36s%-20s%-12s%-20s%-12s\n", site.channel, site.level, ("\"" + site.name + "\"").c_str(),
+                 site.bssid.c_str(), site.security.substr(0, blank).c_str(), site.security.substr(blank + 1).c_str(),
                  site.type.c_str());
 }
 
 std::string row_v2(const heard& site) {
-    return print("%-4d%-34s %-20s%-23s%-9d%-15s%s\n", site.channel,
-                 ("\"" + site.name + "\"").c_str(), site.bssid.c_str(), site.security.c_str(),
-                 site.level, "11b/g/n", site.type.c_str());
+    return print("%-4d%-34s %-20s%-23s%-9d%-15s%s\n", site.channel, ("\"" + site.name + "\"").c_str(),
+                 site.bssid.c_str(), site.security.c_str(), site.level, "11b/g/n", site.type.c_str());
 }
 
 const std::string header_v1 = "Ch      RSSI    SSID\n";
 const std::string header_v2 = "Ch  SSID                              BSSID\n";
 const std::string bssid = "02:00:00:00:00:01";
 
-using listed =
-    std::tuple<std::string, std::string, std::string, std::string, std::string, int, int, int>;
+using listed = std::tuple<std::string, std::string, std::string, std::string, std::string, int, int, int>;
 
 listed told(const sites& site) {
     return {site.ssid,         site.bssid,   site.encryption, site.authentication,
@@ -66,8 +62,7 @@ parsed parse(std::string table, std::vector<sites> list = {}, int debug_level = 
     radio.debug_level = debug_level;
     radio.site_survey_v2 = 0;
     parsed parsed;
-    parsed.err =
-        watch([&] { return parsed.result = radio.parse_site_survey(list, table.data()); }).err;
+    parsed.err = watch([&] { return parsed.result = radio.parse_site_survey(list, table.data()); }).err;
     std::transform(list.begin(), list.end(), std::back_inserter(parsed.list), told);
     return parsed;
 }
@@ -75,22 +70,18 @@ parsed parse(std::string table, std::vector<sites> list = {}, int debug_level = 
 // The reading below is slow and obvious on purpose: it judges the library's.
 
 bool may_enter(const heard& site, bool v2) {
-    const auto has = [&](const char* word) {
-        return site.security.find(word) != std::string::npos;
-    };
+    const auto has = [&](const char* word) { return site.security.find(word) != std::string::npos; };
     if (site.channel < 1 || site.name.empty() || site.bssid.empty())
         return false;
     if (v2)
         return site.level >= 0 && (has("PSK") || has("NONE") || has("WEP")) && site.type == "In";
     const std::string authentication = site.security.substr(site.security.find(' ') + 1);
-    return site.level < 0 && authentication != "WPA" && authentication != "WPA2" &&
-           authentication != "WPA1WPA2" && authentication != "UNKNOW";
+    return site.level < 0 && authentication != "WPA" && authentication != "WPA2" && authentication != "WPA1WPA2" &&
+           authentication != "UNKNOW";
 }
 
 listed judge_v2(const heard& site) {
-    const auto has = [&](const char* word) {
-        return site.security.find(word) != std::string::npos;
-    };
+    const auto has = [&](const char* word) { return site.security.find(word) != std::string::npos; };
     const char* cipher = has("TKIPAES") ? "TKIP/AES"
                          : has("AES")   ? "AES"
                          : has("TKIP")  ? "TKIP"
@@ -106,16 +97,12 @@ listed judge_v2(const heard& site) {
 
 std::vector<heard> random_air(unsigned seed) {
     std::mt19937 random(seed);
-    const auto pick = [&](int low, int high) {
-        return std::uniform_int_distribution<>(low, high)(random);
-    };
-    const char* const securities[] = {
-        "WPA1PSKWPA2PSK/TKIPAES", "WPA2PSK/AES", "WPA2PSK/TKIP", "WPAPSK/TKIP",
-        "WPA1PSK/TKIPAES",        "WEP",         "NONE",         "WPA2/AES",
-        "WPA1WPA2/TKIPAES",       "UNKNOW"};
-    const char* const names[] = {"Home",     "home", "a \"quoted\" name",
-                                 " blanks ", "Süd",  "32 bytes long, to the last one..",
-                                 "x",        ""};
+    const auto pick = [&](int low, int high) { return std::uniform_int_distribution<>(low, high)(random); };
+    const char* const securities[] = {"WPA1PSKWPA2PSK/TKIPAES", "WPA2PSK/AES", "WPA2PSK/TKIP", "WPAPSK/TKIP",
+                                      "WPA1PSK/TKIPAES",        "WEP",         "NONE",         "WPA2/AES",
+                                      "WPA1WPA2/TKIPAES",       "UNKNOW"};
+    const char* const names[] = {
+        "Home", "home", "a \"quoted\" name", " blanks ", "Süd", "32 bytes long, to the last one..", "x", ""};
     std::vector<heard> air(static_cast<std::size_t>(pick(0, 40)));
     for (heard& site : air)
         site = {pick(-1, 165),          pick(-3, 100),
@@ -132,11 +119,9 @@ TEST(survey_table, random_air_reads_as_the_obvious_reading_says) {
         int result = 0;
         for (const heard& site : random_air(seed)) {
             table += row_v2(site);
-            const auto same =
-                std::find_if(expected.begin(), expected.end(),
-                             [&](const listed& other) { return std::get<0>(other) == site.name; });
-            if (!may_enter(site, true) ||
-                (same != expected.end() && std::get<7>(*same) >= site.level)) {
+            const auto same = std::find_if(expected.begin(), expected.end(),
+                                           [&](const listed& other) { return std::get<0>(other) == site.name; });
+            if (!may_enter(site, true) || (same != expected.end() && std::get<7>(*same) >= site.level)) {
                 result = -1;
                 continue;
             }
@@ -146,9 +131,8 @@ TEST(survey_table, random_air_reads_as_the_obvious_reading_says) {
         }
         parsed parsed = parse(table);
         EXPECT_EQ(parsed.result, result);
-        EXPECT_TRUE(std::is_sorted(
-            parsed.list.begin(), parsed.list.end(),
-            [](const listed& a, const listed& b) { return std::get<7>(a) > std::get<7>(b); }));
+        EXPECT_TRUE(std::is_sorted(parsed.list.begin(), parsed.list.end(),
+                                   [](const listed& a, const listed& b) { return std::get<7>(a) > std::get<7>(b); }));
         std::sort(parsed.list.begin(), parsed.list.end());
         std::sort(expected.begin(), expected.end());
         EXPECT_EQ(parsed.list, expected);
@@ -157,28 +141,22 @@ TEST(survey_table, random_air_reads_as_the_obvious_reading_says) {
 
 TEST(survey_table, version_1_keeps_the_driver_s_words_and_order) {
     const std::vector<heard> air = {
-        {6, -70, "Net", bssid, "AES WPA2PSK", "Infra"},
-        {1, -20, "Net", bssid, "TKIPAES WPA1PSKWPA2PSK", "Ad"},
-        {6, 0, "loud", bssid, "AES WPA2PSK", "Infra"},
-        {0, -1, "channel 0", bssid, "AES WPA2PSK", "Infra"},
-        {6, -1, "server", bssid, "AES WPA2", "Infra"},
-        {6, -1, "server", bssid, "AES WPA", "Infra"},
-        {6, -1, "server", bssid, "AES WPA1WPA2", "Infra"},
-        {6, -1, "unknown", bssid, "AES UNKNOW", "Infra"},
-        {6, -1, "", bssid, "AES WPA2PSK", "Infra"},
-        {36, -90, "last", bssid, "NONE OPEN", "Infra"},
+        {6, -70, "Net", bssid, "AES WPA2PSK", "Infra"},    {1, -20, "Net", bssid, "TKIPAES WPA1PSKWPA2PSK", "Ad"},
+        {6, 0, "loud", bssid, "AES WPA2PSK", "Infra"},     {0, -1, "channel 0", bssid, "AES WPA2PSK", "Infra"},
+        {6, -1, "server", bssid, "AES WPA2", "Infra"},     {6, -1, "server", bssid, "AES WPA", "Infra"},
+        {6, -1, "server", bssid, "AES WPA1WPA2", "Infra"}, {6, -1, "unknown", bssid, "AES UNKNOW", "Infra"},
+        {6, -1, "", bssid, "AES WPA2PSK", "Infra"},        {36, -90, "last", bssid, "NONE OPEN", "Infra"},
     };
     std::string table = header_v1;
     for (const heard& site : air)
         table += row_v1(site);
     const parsed parsed = parse(table, {}, 1);
     EXPECT_EQ(parsed.result, -1);
-    EXPECT_EQ(parsed.list,
-              (std::vector<listed>{{"Net", bssid, "AES", "WPA2PSK", "Infra", 6, -70, 0},
-                                   {"Net", bssid, "TKIPAES", "WPA1PSKWPA2PSK", "Ad", 1, -20, 0},
-                                   {"last", bssid, "NONE", "OPEN", "Infra", 36, -90, 0}}));
-    EXPECT_EQ(parsed.err.substr(0, 113), print("%-4d%-8d%-36s%-20s%-12s%-20s%-12s\n", 6, -70, "Net",
-                                               bssid.c_str(), "AES", "WPA2PSK", "Infra"));
+    EXPECT_EQ(parsed.list, (std::vector<listed>{{"Net", bssid, "AES", "WPA2PSK", "Infra", 6, -70, 0},
+                                                {"Net", bssid, "TKIPAES", "WPA1PSKWPA2PSK", "Ad", 1, -20, 0},
+                                                {"last", bssid, "NONE", "OPEN", "Infra", 36, -90, 0}}));
+    EXPECT_EQ(parsed.err.substr(0, 113),
+              print("%-4d%-8d%-36s%-20s%-12s%-20s%-12s\n", 6, -70, "Net", bssid.c_str(), "AES", "WPA2PSK", "Infra"));
 }
 
 TEST(survey_table, version_2_tells_what_it_lists_and_which_networks_are_no_infrastructure) {
@@ -187,10 +165,9 @@ TEST(survey_table, version_2_tells_what_it_lists_and_which_networks_are_no_infra
     foreign.type = "Ad";
     const parsed parsed = parse(header_v2 + row_v2(net) + row_v2(foreign), {}, 1);
     EXPECT_EQ(parsed.result, -1);
-    EXPECT_EQ(parsed.err,
-              print("%-4d%-8d%-36s%-20s%-12s%-20s%-12s\n", 6, 0, ("\"" + net.name + "\"").c_str(),
-                    bssid.c_str(), "AES", "WPA2-PSK", "Infra") +
-                  "parse_element_v2[733] Network type = [Ad], not Infrastruce.\n");
+    EXPECT_EQ(parsed.err, print("%-4d%-8d%-36s%-20s%-12s%-20s%-12s\n", 6, 0, ("\"" + net.name + "\"").c_str(),
+                                bssid.c_str(), "AES", "WPA2-PSK", "Infra") +
+                              "parse_element_v2[733] Network type = [Ad], not Infrastruce.\n");
 }
 
 TEST(survey_table, a_stronger_entry_takes_the_place_of_one_listed_before) {
@@ -198,8 +175,7 @@ TEST(survey_table, a_stronger_entry_takes_the_place_of_one_listed_before) {
     std::strcpy(old.ssid, "Net");
     old.signal = 60;
     for (const int signal : {40, 60, 80}) {
-        const parsed parsed =
-            parse(header_v2 + row_v2({1, signal, "Net", bssid, "NONE", "In"}), {old});
+        const parsed parsed = parse(header_v2 + row_v2({1, signal, "Net", bssid, "NONE", "In"}), {old});
         EXPECT_EQ(parsed.result, signal > 60 ? 0 : -1);
         ASSERT_EQ(parsed.list.size(), 1U);
         EXPECT_EQ(std::get<7>(parsed.list[0]), signal > 60 ? 80 : 60);
@@ -217,10 +193,8 @@ TEST(survey_table, broken_tables_change_nothing_but_the_entry_concerned) {
         }
         const std::string row = v2 ? row_v2(site) : row_v1(site);
         for (std::size_t length = 0; length <= 200; ++length) {
-            std::string line =
-                (row.substr(0, row.size() - 1) + std::string(200, ' ')).substr(0, length);
-            const std::size_t whole =
-                v2 ? 108U : 105U; // a version-1 type may be as short as one character
+            std::string line = (row.substr(0, row.size() - 1) + std::string(200, ' ')).substr(0, length);
+            const std::size_t whole = v2 ? 108U : 105U; // a version-1 type may be as short as one character
             const parsed parsed = parse(header + line + "\n" + row);
             EXPECT_EQ(parsed.list.size(), v2 || length < whole ? 1U : 2U) << length;
             EXPECT_EQ(parsed.result, length == 0 || (!v2 && length >= whole) ? 0 : -1) << length;
@@ -281,16 +255,14 @@ TEST_F(ap_list, file_holds_the_list_as_it_stands) {
     list[1].channel = 100;
     std::strcpy(list[1].ssid, "a name of 35 characters, to the end");
     radio.store_ap_list(list);
-    EXPECT_EQ(read("/tmp/ap_list"), "6   " + bssid + " \"Net\"" + std::string(27, ' ') + "\n" +
-                                        "100 " + std::string(17, ' ') +
-                                        " \"a name of 35 characters, to the end\"\n");
+    EXPECT_EQ(read("/tmp/ap_list"), "6   " + bssid + " \"Net\"" + std::string(27, ' ') + "\n" + "100 " +
+                                        std::string(17, ' ') + " \"a name of 35 characters, to the end\"\n");
     list.clear();
     radio.store_ap_list(list);
     EXPECT_TRUE(exists("/tmp/ap_list"));
     EXPECT_EQ(read("/tmp/ap_list"), "");
 
-    plug_in(
-        R"({"adapter": "mediatek", "faults": [{"call": "open", "match": "ap_list", "errno": "EROFS"}]})");
+    plug_in(R"({"adapter": "mediatek", "faults": [{"call": "open", "match": "ap_list", "errno": "EROFS"}]})");
     EXPECT_EQ(watch([&] {
                   radio.store_ap_list(list);
                   return 0;
