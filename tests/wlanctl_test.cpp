@@ -44,8 +44,8 @@ public:
     }
 
     [[nodiscard]] std::string command(const std::string& arguments) const {
-        return VCAMERA " --scene " + folder_ + "/scene.json --speed 0 --scratch " + folder_ +
-               "/world -- " WLANCTL " " + arguments;
+        return VCAMERA " --scene " + folder_ + "/scene.json --speed 0 --scratch " + folder_ + "/world -- " WLANCTL " " +
+               arguments;
     }
 
     /// @return all that has crossed between the programs and the driver, daemons and files.
@@ -54,9 +54,7 @@ public:
         return out;
     }
 
-    void write(const std::string& name, const std::string& text) const {
-        std::ofstream(folder_ + "/" + name) << text;
-    }
+    void write(const std::string& name, const std::string& text) const { std::ofstream(folder_ + "/" + name) << text; }
 
     [[nodiscard]] std::string read(const std::string& name) const {
         std::ifstream file(folder_ + "/" + name);
@@ -70,8 +68,7 @@ public:
 
 private:
     int shell(const std::string& command) {
-        const int status =
-            std::system((command + " >" + folder_ + "/out 2>" + folder_ + "/err").c_str());
+        const int status = std::system((command + " >" + folder_ + "/out 2>" + folder_ + "/err").c_str());
         out = read("out");
         err = read("err");
         return WEXITSTATUS(status);
@@ -81,14 +78,12 @@ private:
 };
 
 testing::AssertionResult has(const std::string& text, const std::string& part) {
-    return (text.find(part) != std::string::npos ? testing::AssertionSuccess()
-                                                 : testing::AssertionFailure())
+    return (text.find(part) != std::string::npos ? testing::AssertionSuccess() : testing::AssertionFailure())
            << '"' << part << "\" in:\n"
            << text;
 }
 
-void expect_refused(camera& camera, const std::string& arguments, const std::string& input,
-                    const std::string& why) {
+void expect_refused(camera& camera, const std::string& arguments, const std::string& input, const std::string& why) {
     SCOPED_TRACE(arguments);
     EXPECT_EQ(camera.wlanctl(arguments, input), 2);
     EXPECT_EQ(camera.out, "");
@@ -142,8 +137,7 @@ TEST(Wlanctl, RefusesWhatTheAdapterCannotDo) {
     camera camera(realtek);
     for (const char* arguments :
          {"ap start --ssid Camera --enc wep --key 12345", "join Office --auth mixed --key 12345678",
-          "join Office --channel 6", "join Office --bssid 02:00:5e:00:00:01",
-          "survey --no-trigger"}) {
+          "join Office --channel 6", "join Office --bssid 02:00:5e:00:00:01", "survey --no-trigger"}) {
         expect_refused(camera, arguments, "", "Realtek");
     }
     EXPECT_FALSE(has(camera.journal(), "conf"));
@@ -151,8 +145,8 @@ TEST(Wlanctl, RefusesWhatTheAdapterCannotDo) {
 
 TEST(Wlanctl, FailsWithoutAnAdapterAndChangesNothing) {
     camera camera(none);
-    for (const char* arguments : {"adapter", "status", "survey", "ap start --stored", "ap stop",
-                                  "join Office", "repeat --ssid Office --ap-ssid Camera"}) {
+    for (const char* arguments : {"adapter", "status", "survey", "ap start --stored", "ap stop", "join Office",
+                                  "repeat --ssid Office --ap-ssid Camera"}) {
         expect_no_adapter(camera, arguments);
     }
     const std::string journal = camera.journal();
@@ -169,8 +163,7 @@ TEST(Wlanctl, JoinsAndTellsInOneObjectHowItIs) {
     EXPECT_TRUE(has(camera.journal(), "ApCliWPAPSK=office-key  -> ok"));
 
     EXPECT_EQ(camera.wlanctl("status --json"), 0);
-    const auto answer =
-        nlohmann::json::parse(camera.out); // with nothing of the library's around it
+    const auto answer = nlohmann::json::parse(camera.out); // with nothing of the library's around it
     EXPECT_EQ(answer["family"], "mediatek");
     EXPECT_EQ(answer["wired_link"], "up");
     EXPECT_EQ(answer["interfaces"][1]["associated"], true);
