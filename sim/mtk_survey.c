@@ -2,12 +2,12 @@
 
 #include <stdio.h> /* for snprintf() alone, which kernels have as well */
 
-struct word {
+struct security_word {
     int bits;
     const char* text;
 };
 
-static const struct word authentications[] = {
+static const struct security_word authentication_words[] = {
     {AIR_WPA, "WPAPSK"},
     {AIR_WPA2, "WPA2PSK"},
     {AIR_WPA | AIR_WPA2, "WPA1PSKWPA2PSK"},
@@ -16,12 +16,12 @@ static const struct word authentications[] = {
     {AIR_WPA | AIR_WPA2 | AIR_SERVER, "WPA1WPA2"},
     {0, "OPEN"},
 };
-static const struct word ciphers[] = {
+static const struct security_word cipher_words[] = {
     {AIR_RC4, "WEP"}, {AIR_TKIP, "TKIP"}, {AIR_AES, "AES"}, {AIR_TKIP | AIR_AES, "TKIPAES"},
     {0, "NONE"},
 };
 
-static const char* find_text(const struct word* words, int bits) {
+static const char* find_text(const struct security_word* words, int bits) {
     while (words->bits != 0 && words->bits != bits)
         ++words;
     return words->text;
@@ -42,8 +42,8 @@ static int print_row(int layout, const struct access_point* point, char* line) {
     char address[18];
     char security[24];
     const uint8_t* a = point->bssid;
-    const char* authentication = find_text(authentications, point->security);
-    const char* cipher = find_text(ciphers, point->cipher);
+    const char* authentication = find_text(authentication_words, point->security);
+    const char* cipher = find_text(cipher_words, point->cipher);
     const int channel = air_channel(point->mhz);
     const int is_wpa = (point->security & (AIR_WPA | AIR_WPA2)) != 0;
     const int adhoc = point->mode == AIR_ADHOC;
