@@ -12,11 +12,11 @@
 
 namespace {
 
-constexpr const char* self = "network_nic_ifc_up";
+constexpr const char* in_ifc_up = "network_nic_ifc_up";
 
 void report_error(int number, const char* what) {
     char text[64];
-    std::snprintf(text, sizeof text, "%s[%d] %s", self, number, what);
+    std::snprintf(text, sizeof text, "%s[%d] %s", in_ifc_up, number, what);
     std::perror(text);
 }
 
@@ -44,7 +44,7 @@ attempt try_up(int sock, const char* ifname) {
 
 int wext::network_nic_ifc_up(FILE* log, const char* ifname, int retries) {
     if (ifname == nullptr || *ifname == '\0') {
-        log_to(log, "%s[%d] invilad devname\n", self, 512);
+        log_to(log, "%s[%d] invilad devname\n", in_ifc_up, 512);
         return -1;
     }
     const int control = socket(AF_INET, SOCK_DGRAM, 0);
@@ -62,7 +62,7 @@ int wext::network_nic_ifc_up(FILE* log, const char* ifname, int retries) {
     } while (retries > 0);
 
     if (last == attempt::not_yet)
-        log_to(log, "%s[%d] Timeout\n", self, 559);
+        log_to(log, "%s[%d] Timeout\n", in_ifc_up, 559);
     close(control);
     return last == attempt::up ? 0 : -1;
 }

@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <cerrno>
-#include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -26,6 +25,7 @@ constexpr int waiting_budget = 15000000;
 constexpr int first_buffer = 4096;
 constexpr int doubled_up_to = 0x4000000;
 constexpr int grown_by = 16384;
+constexpr int largest_buffer = 0x10000000; // no camera has so much memory
 constexpr int length_field_limit = 0xFFFF;
 
 /// Sleeps with the resolution of microseconds.
@@ -73,7 +73,7 @@ enum class outcome { results, not_ready, refused, no_memory };
 /// @param length receives the number of bytes that the driver filled.
 outcome fetch(int control, const char* ifname, buffer& buffer, std::size_t& length, FILE* log) {
     for (int size = buffer.size == 0 ? first_buffer : buffer.size;;) {
-        if (size > INT_MAX - grown_by || !buffer.grow(size)) {
+        if (size > largest_buffer || !buffer.grow(size)) {
             log_to(log, "%s: Allocation failed. res_buf_len=%d\n", "driver_get_scan_results", size);
             return outcome::no_memory;
         }

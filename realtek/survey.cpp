@@ -15,7 +15,7 @@
 
 namespace {
 
-constexpr const char* self = "do_site_survey";
+constexpr const char* in_do_site_survey = "do_site_survey";
 
 constexpr char station_interface[] = "wlan0";
 constexpr int tries = 5;
@@ -30,7 +30,7 @@ struct close_file {
 };
 
 void print_list(FILE* log, const std::vector<sites>& list) {
-    log_to(log, "%s[%d] Print %d APs\n", self, 1119, static_cast<int>(list.size()));
+    log_to(log, "%s[%d] Print %d APs\n", in_do_site_survey, 1119, static_cast<int>(list.size()));
     int number = 0;
     for (const sites& site : list)
         log_to(log, "i=%2d [%.36s], [%.20s], [%.12s], [%.20s], [%d] [%d]\n", ++number, site.ssid,
@@ -46,7 +46,7 @@ int fetch_results(wext& radio, FILE* log, scan_result_t* results) {
             ++failures;
             usleep(pause_between_tries);
         }
-        log_to(log, "%s[%d] ap_num=%d\n", self, 1105, count);
+        log_to(log, "%s[%d] ap_num=%d\n", in_do_site_survey, 1105, count);
         if (count >= 0 || failures == tries)
             return count;
     }
@@ -90,11 +90,11 @@ int wext::do_site_survey(std::vector<sites>& list) {
     int accepted = 0;
     if (get_scan_results(log, station_interface, count, &accepted, results.get(),
                          WIRELESS_MODE_INFRA, list) != 0) {
-        log_to(log, "%s[%d] get_scan_results() < 0\n", self, 1113);
+        log_to(log, "%s[%d] get_scan_results() < 0\n", in_do_site_survey, 1113);
         return -1;
     }
     std::sort(list.begin(), list.end(), compare_by_ssid);
     print_list(log, list);
-    log_to(log, "%s[%d] Done\n", self, 1123);
+    log_to(log, "%s[%d] Done\n", in_do_site_survey, 1123);
     return 0;
 }
