@@ -1,7 +1,5 @@
 #include "sim/mtk_survey.h"
 
-#include <stdio.h> /* for snprintf() alone, which kernels have as well */
-
 struct security_word {
     int bits;
     const char* text;
@@ -27,52 +25,129 @@ static const char* find_text(const struct security_word* words, int bits) {
     return words->text;
 }
 
-enum { LINE_MAX_LENGTH = 128 }; /* more than the columns of either layout */
+/* One line of the table, put together column by column. */
+struct line {
+    char text[128]; /* more than the columns of either layout */
+    size_t length;
+};
 
-static int print_header(int layout, char* line) {
-    if (layout == 1)
-        return snprintf(line, LINE_MAX_LENGTH, "%-8s%-8s%-36s%-20s%-12s%-20s%-12s\n", "Channel",
-                        "RSSI", "SSID", "BSSID", "Enc", "Auth", "Type");
-    return snprintf(line, LINE_MAX_LENGTH, "%-4s%-34s %-20s%-23s%-9s%-8s%-7s%-3s\n", "Ch", "SSID",
-                    "BSSID", "Security", "Signal", "W-Mode", "ExtCH", "NT");
+static void put_bytes(struct line* line, const char* bytes, size_t most) {
+    for (; most > 0 && *bytes != '\0' && line->length < sizeof line->text; ++bytes, --most)
+        line->text[line->length++] = *bytes;
 }
 
-static int print_row(int layout, const struct access_point* point, char* line) {
-    char name[AIR_SSID_MAX + 3]; /* ends at a NUL in it; a hidden one is empty */
-    char address[18];
-    char security[24];
-    const uint8_t* a = point->bssid;
-    const char* authentication = find_text(authentication_words, point->security);
-    const char* cipher = find_text(cipher_words, point->cipher);
-    const int channel = air_channel(point->mhz);
-    const int is_wpa = (point->security & (AIR_WPA | AIR_WPA2)) != 0;
-    const int adhoc = point->mode == AIR_ADHOC;
-    snprintf(name, sizeof name, "\"%.*s\"", point->hidden ? 0 : point->ssid_length,
-             (const char*)point->ssid);
-    snprintf(address, sizeof address, "%02x:%02x:%02x:%02x:%02x:%02x", a[0], a[1], a[2], a[3], a[4],
-             a[5]);
-    if (layout == 1)
-        return snprintf(line, LINE_MAX_LENGTH, "%-8d%-8d%-36s%-20s%-12s%-20s%-12s\n", channel,
-                        point->level, name, address, cipher, authentication,
-                        adhoc ? "Adhoc" : "Infra");
-    snprintf(security, sizeof security, "%s%s%s", is_wpa ? authentication : "", is_wpa ? "/" : "",
-             cipher);
-    return snprintf(line, LINE_MAX_LENGTH, "%-4d%-34s %-20s%-23s%-9d%-8s%-7s%-3s\n", channel, name,
-                    address, security, point->quality, point->mhz < 5000 ? "11b/g/n" : "11a/n",
-                    "NONE", adhoc ? "Ad" : "In");
+/* Left-aligned, and padded with blanks to the end of its column. */
+static void put(struct line* line, size_t width, const char* text) {
+    const size_t end = line->length + width;
+    put_bytes(line, text, width);
+    while (line->length < end && line->length < sizeof line->text)
+        line->text[line->length++] = ' ';
+}
+
+static void put_number(struct line* line, size_t width, int number) {
+    char digits[12];
+    char* first = &digits[sizeof digits - 1];
+    const int negative = number < 0;
+    *first = '\0';
+    for (unsigned int rest = negative ? 0U - (unsigned int)number : (unsigned int)number;;
+         rest /= 10) {
+        *--first = (char)('0' + rest % 10);
+        if (rest < 10)
+            break;
+    }
+    if (negative)
+        *--first = '-';
+    put(line, width, first);
+}
+
+/* Ends at a NUL in it; a hidden one is empty. */
+static void put_name(struct line* line, size_t width, const struct access_point* point) {
+    const size_t end = line->length + width;
+    put_bytes(line, "\"", 1);
+    put_bytes(line, (const char*)point->ssid, point->hidden ? 0 : point->ssid_length);
+    put_bytes(line, "\"", 1);
+    put(line, end - line->length, "");
+}
+
+static void put_address(struct line* line, size_t width, const uint8_t address[6]) {
+    static const char hex[] = "0123456789abcdef";
+    char text[18];
+    for (int i = 0; i < 6; ++i) {
+        text[3 * i] = hex[address[i] >> 4];
+        text[3 * i + 1] = hex[address[i] & 15];
+        text[3 * i + 2] = i < 5 ? ':' : '\0';
+    }
+    put(line, width, text);
+}
+
+static void print_header(int layout, struct line* line) {
+    static const struct {
+        const char* title;
+        size_t width;
+    } columns[2][8] = {
+        {{"Channel", 8},
+         {"RSSI", 8},
+         {"SSID", 36},
+         {"BSSID", 20},
+         {"Enc", 12},
+         {"Auth", 20},
+         {"Type", 12},
+         {"", 0}},
+        {{"Ch", 4},
+         {"SSID", 35},
+         {"BSSID", 20},
+         {"Security", 23},
+         {"Signal", 9},
+         {"W-Mode", 8},
+         {"ExtCH", 7},
+         {"NT", 3}},
+    };
+    for (size_t i = 0; i < 8; ++i)
+        put(line, columns[layout - 1][i].width, columns[layout - 1][i].title);
+}
+
+static void print_row_v1(const struct access_point* point, struct line* line) {
+    put_number(line, 8, air_channel(point->mhz));
+    put_number(line, 8, point->level);
+    put_name(line, 36, point);
+    put_address(line, 20, point->bssid);
+    put(line, 12, find_text(cipher_words, point->cipher));
+    put(line, 20, find_text(authentication_words, point->security));
+    put(line, 12, point->mode == AIR_ADHOC ? "Adhoc" : "Infra");
+}
+
+static void print_row_v2(const struct access_point* point, struct line* line) {
+    put_number(line, 4, air_channel(point->mhz));
+    put_name(line, 35, point);
+    put_address(line, 20, point->bssid);
+    const size_t end = line->length + 23;
+    if ((point->security & (AIR_WPA | AIR_WPA2)) != 0) {
+        put_bytes(line, find_text(authentication_words, point->security), 20);
+        put_bytes(line, "/", 1);
+    }
+    put(line, end - line->length, find_text(cipher_words, point->cipher));
+    put_number(line, 9, point->quality);
+    put(line, 8, point->mhz < 5000 ? "11b/g/n" : "11a/n");
+    put(line, 7, "NONE");
+    put(line, 3, point->mode == AIR_ADHOC ? "Ad" : "In");
 }
 
 size_t mtk_survey_table(const struct access_point* points, int count, int layout, char* text,
                         size_t room) {
     size_t length = 0;
     for (int i = -1; i < count; ++i) {
-        char line[LINE_MAX_LENGTH];
-        const size_t more =
-            (size_t)(i < 0 ? print_header(layout, line) : print_row(layout, &points[i], line));
-        if (more > room - length)
+        struct line line = {.length = 0};
+        if (i < 0)
+            print_header(layout, &line);
+        else if (layout == 1)
+            print_row_v1(&points[i], &line);
+        else
+            print_row_v2(&points[i], &line);
+        put_bytes(&line, "\n", 1);
+        if (line.length > room - length)
             break;
-        for (size_t at = 0; at < more; ++at)
-            text[length++] = line[at];
+        for (size_t at = 0; at < line.length; ++at)
+            text[length++] = line.text[at];
     }
     return length;
 }
