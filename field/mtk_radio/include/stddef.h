@@ -1,0 +1,1 @@
+#include <linux/stddef.h>
