@@ -61,9 +61,11 @@ verdict same_air(const std::vector<listed_point>& points) {
 }
 
 verdict survey_is_what_iw_sees() {
-    // Here iw never sees its own scan end, so it is told in two steps.
-    return same_air(read_iw(output_of(
-        "ip link set wlan0 up; iw dev wlan0 scan trigger; sleep 8; iw dev wlan0 scan dump")));
+    // Here iw never sees its own scan end, so it is told in steps; twice, as one scan may miss a
+    // beacon.
+    output_of("ip link set wlan0 up");
+    output_of("for _ in 1 2; do iw dev wlan0 scan trigger; sleep 6; done");
+    return same_air(read_iw(output_of("iw dev wlan0 scan dump")));
 }
 
 verdict survey_is_what_iwlist_sees() {
