@@ -73,10 +73,14 @@ std::optional<std::string_view> cut(std::string_view line, column column) {
     return line.substr(column.position, column.length);
 }
 
-/// The number that a column begins with, after blanks; 0 when there is none.
-int number(std::string_view text) {
+/// The number that a column begins with, after blanks, and 0 when it begins with none; nothing when
+/// the line ends before the column.
+std::optional<int> number(std::string_view line, column column) {
+    const std::optional<std::string_view> text = cut(line, column);
+    if (!text)
+        return std::nullopt;
     char digits[16]{}; // no column of numbers is wider
-    std::memcpy(digits, text.data(), std::min(text.size(), sizeof digits - 1));
+    std::memcpy(digits, text->data(), std::min(text->size(), sizeof digits - 1));
     return static_cast<int>(std::strtol(digits, nullptr, 10));
 }
 
@@ -158,11 +162,9 @@ std::optional<sites> read_row(std::string_view line) {
     if (line.empty())
         return std::nullopt;
     sites site{};
-    const auto channel = cut(line, channel_v1);
-    if (!channel || (site.channel = number(*channel)) < 1)
-        return std::nullopt;
-    const auto rssi = cut(line, rssi_v1);
-    if (!rssi || (site.rssi = number(*rssi)) >= 0)
+    site.channel = number(line, channel_v1).value_or(0);
+    site.rssi = number(line, rssi_v1).value_or(0);
+    if (site.channel < 1 || site.rssi >= 0)
         return std::nullopt;
     const bool whole = fill_name(site.ssid, cut(line, ssid_v1)) &&
                        fill_from(site.bssid, cut(line, bssid_v1)) &&
@@ -180,11 +182,9 @@ std::optional<sites> read_row_v2(std::string_view line,
     if (line.empty())
         return std::nullopt;
     sites site{};
-    const auto channel = cut(line, channel_v2);
-    if (!channel || (site.channel = number(*channel)) < 1)
-        return std::nullopt;
-    const auto signal = cut(line, signal_v2);
-    if (!signal || (site.signal = number(*signal)) < 0)
+    site.channel = number(line, channel_v2).value_or(0);
+    site.signal = number(line, signal_v2).value_or(-1);
+    if (site.channel < 1 || site.signal < 0)
         return std::nullopt;
     const auto security = cut(line, security_v2);
     const bool whole = fill_name(site.ssid, cut(line, ssid_v2)) &&
