@@ -4,13 +4,13 @@
 #include "libwlan/access_point.h"
 #include "libwlan/modes.h"
 #include "libwlan/process.h"
+#include "realtek/daemon_files.h"
 #include "util/cut_text.h"
 #include "util/program.h"
 
 namespace {
 
 constexpr const char* udhcpd_pid_file = "/tmp/udhcpd.pid";
-constexpr const char* hostapd_pid_file = "/tmp/hostapd.pid";
 
 void start_dhcp_server(const char* interface, const _dhcp_server_setting& setting) {
     send_signal_ps(udhcpd_pid_file, SIGTERM, 1);
@@ -47,7 +47,7 @@ int do_stop_ap_mode_mtk() {
 }
 
 int do_stop_ap_mode_realtek() {
-    send_signal_ps(hostapd_pid_file, SIGTERM, 1); // before its interface goes down
+    send_signal_ps(HOSTAPD_PID_FILE, SIGTERM, 1); // before its interface goes down
     run_program("ifdown wlan1");
     run_program("ifconfig wlan1 0.0.0.0 down");
     return 0;
