@@ -7,6 +7,7 @@
 #include "libwlan/store.h"
 #include "libwlan/wlan.h"
 #include "mtk/interfaces.h"
+#include "mtk/send_command.h"
 
 namespace {
 
@@ -32,15 +33,6 @@ constexpr const char* enc_words[] = {
     "TKIPAES", // ENC_TKIP_AES
 };
 
-/// Sends one command as it stands.
-__attribute__((format(printf, 2, 3))) int send(wlan& radio, const char* format, ...) {
-    std::va_list arguments;
-    va_start(arguments, format);
-    std::vsnprintf(radio.command, sizeof radio.command, format, arguments);
-    va_end(arguments);
-    return radio.simple_set_private(radio.command);
-}
-
 /// Sends one command with the current prefix in front of its key.
 __attribute__((format(printf, 2, 3))) int send_prefixed(wlan& radio, const char* format, ...) {
     char text[sizeof radio.command];
@@ -48,7 +40,7 @@ __attribute__((format(printf, 2, 3))) int send_prefixed(wlan& radio, const char*
     va_start(arguments, format);
     std::vsnprintf(text, sizeof text, format, arguments);
     va_end(arguments);
-    return send(radio, "%.64s%s", radio.prefix, text);
+    return send_command(radio, "%.64s%s", radio.prefix, text);
 }
 
 int send_wep(wlan& radio, const char* key, unsigned char key_index) {
@@ -63,8 +55,8 @@ int send_wpa(wlan& radio, enc_from_cam enc, const char* key, char* ssid) {
     // The driver derives the key from the passphrase and the SSID that it holds by then.
     result |= radio.set_ssid(ssid);
     if (enc == ENC_TKIP_AES)
-        result |=
-            send(radio, "WpaMixPairCipher=WPA_TKIP_WPA2_AES"); // no prefix, also on the AP-client
+        result |= send_command(
+            radio, "WpaMixPairCipher=WPA_TKIP_WPA2_AES"); // no prefix, also on the AP-client
     result |= send_prefixed(radio, "WPAPSK=%s", key);
     return result;
 }
@@ -107,8 +99,8 @@ int wlan::set_bssid(char* bssid) {
 
 int wlan::set_channel(int channel, set_apcli_from_cam mode) {
     if (mode == APCLI_BY_BSSID)
-        return send(*this, "Channel=%d", channel);
-    return send(*this, "ApCliAutoConnect=1");
+        return send_command(*this, "Channel=%d", channel);
+    return send_command(*this, "ApCliAutoConnect=1");
 }
 
 int wlan::enable_apcli(bool on) {
@@ -116,11 +108,11 @@ int wlan::enable_apcli(bool on) {
 }
 
 int wlan::set_radio(bool on) {
-    return send(*this, "RadioOn=%d", on ? 1 : 0);
+    return send_command(*this, "RadioOn=%d", on ? 1 : 0);
 }
 
 int wlan::set_channel_algorithm(int algorithm) {
-    return send(*this, "AutoChannelSel=%d", algorithm);
+    return send_command(*this, "AutoChannelSel=%d", algorithm);
 }
 
 int wlan::set_region() {
@@ -128,8 +120,8 @@ int wlan::set_region() {
     product.init();
     const int region = product.getRegion();
     if (std::strncmp(ifname, station_5g_interface, sizeof ifname) == 0)
-        return send(*this, "CountryRegionABand=%d", product.getRegionABand());
-    return send(*this, "CountryRegion=%d", region);
+        return send_command(*this, "CountryRegionABand=%d", product.getRegionABand());
+    return send_command(*this, "CountryRegion=%d", region);
 }
 
 int wlan::set_infra_mode() {
@@ -147,17 +139,17 @@ int wlan::may_enable_device(char* /*name*/) {
 }
 
 int wlan::dis_8021x() {
-    return send(*this, "IEEE8021X=0");
+    return send_command(*this, "IEEE8021X=0");
 }
 
 int wlan::active_scan(char* value) {
     if (value == nullptr)
         return -1;
-    return send(*this, "SiteSurvey=%s", value);
+    return send_command(*this, "SiteSurvey=%s", value);
 }
 
 int wlan::set_current_channel() {
     set_interface(station_2g_interface);
     const int channel = get_wifi_channel(station_2g_interface);
-    return channel > 0 ? send(*this, "Channel=%d", channel) : 0;
+    return channel > 0 ? send_command(*this, "Channel=%d", channel) : 0;
 }

@@ -16,8 +16,6 @@ constexpr unsigned short table_size = 8192; // the most that the driver gives
 constexpr useconds_t scan_time = 4000000;
 
 char trigger_command[] = "SiteSurvey=1";
-char interface_up[] = "up";
-char interface_down[] = "down";
 
 /// The driver's table, with one byte more than the driver is told of, so that a full table still
 /// ends.

@@ -4,6 +4,7 @@
 /// The whole public interface of libwlan.
 
 #include "libwlan/access_point.h"
+#include "libwlan/baseband.h"
 #include "libwlan/clock.h"
 #include "libwlan/debug_print.h"
 #include "libwlan/files.h"

@@ -194,6 +194,66 @@ public:
     /// Writes the list to /tmp/ap_list: channel, BSSID and quoted name of each access point.
     void store_ap_list(std::vector<sites>& list);
 
+    // --- Push-button WPS
+    //
+    // In this order: init_wps(); do_wps(0); does_it_finish(0) until it answers 1 or the caller
+    // gives up; on success update_wsc_to_db_and_action() and does_network_need_to_act();
+    // stop_wps(0) to end an unfinished session; release_wps(). The library neither waits nor times
+    // out in between. 0 is the only index there is ("wlan0").
+
+    /// Takes the AP-client down, then init().
+    /// @return the result of init().
+    int init_wps();
+
+    /// release().
+    int release_wps();
+
+    /// Cycles the AP-client and starts a push-button session on it. Interface and prefix stay set.
+    /// @return 0, or -1 after the failing step's message on standard error.
+    int do_wps(int index);
+
+    /// Sends the keys that start a session on the current interface, the starting one last. All are
+    /// sent, also after one that failed.
+    /// @return the OR of all results.
+    int set_wsc();
+
+    /// Asks the driver how far the session is and prints the answer's name, or its number when it
+    /// has none, to standard output.
+    /// @return 1 when the network was obtained; else 0, also when the session or the request
+    ///         failed.
+    int does_it_finish(int index);
+
+    /// Stores the network that the driver obtained as the client settings. A network without a key
+    /// keeps the stored one. The channel is get_client_channel()'s, whatever it answers.
+    /// @param name interface, null for "ra0".
+    /// @return 0; -22 when the driver has no profile or it makes no sense, -13 when the store
+    ///         failed. Nothing is then stored.
+    int update_wsc_to_db_and_action(char* name);
+
+    /// Asks the `iwgetid` tool for the channel of an interface and waits for it.
+    /// @param name interface, null for "ra0".
+    /// @return the channel, 0 when the tool tells none, -122 when the tool cannot be run.
+    int get_client_channel(char* name);
+
+    /// With the cable plugged in, takes "wlan0" down; without it has the camera's network script
+    /// bring the stored network up, in the background.
+    /// @return 0.
+    int does_network_need_to_act();
+
+    /// Ends a session, or does no harm.
+    /// @return the result of the driver's request, or -1 for an index other than 0.
+    int stop_wps(int index);
+
+    // --- Baseband
+
+    /// Changes bits of one baseband register: reads it, puts in the bits of `value` under `mask`
+    /// and writes it back. Other users of the driver can come in between.
+    /// @param interface of up to 15 characters; the current one is neither used nor changed.
+    /// @param reg the register as the driver writes it, of up to 255 characters.
+    /// @return 0; else the failing request's result, or -1 for an answer that is none, after a
+    ///         message on standard output; -1 for an argument that does not fit.
+    int do_set_bbp(char* interface, char* reg, int value, int mask);
+
     // --- Data
 
     int debug_level;              ///< 0 quiet, else commands are traced to the console

@@ -1,0 +1,124 @@
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <optional>
+
+#include <sys/ioctl.h>
+
+#include "libwlan/link_status.h"
+#include "libwlan/store.h"
+#include "libwlan/wlan.h"
+#include "mtk/interfaces.h"
+#include "mtk/wps_profile.h"
+#include "util/cut_text.h"
+#include "util/driver_requests.h"
+#include "util/integer_text.h"
+#include "util/program.h"
+#include "util/text_field.h"
+#include "util/wireless_request.h"
+
+namespace {
+
+constexpr int store_failed = -13;
+constexpr int driver_failed = -22;
+constexpr int command_failed = -122;
+
+constexpr unsigned short profile_size = 4096; // the most that the driver gives
+
+struct word {
+    const char* text;
+    unsigned char value;
+};
+
+// The driver's words for what the store numbers. A WPA2 network with a login on a server is kept
+// apart from one with a passphrase; a WPA one is not.
+constexpr word auth_words[] = {
+    {"OPEN", AUTH_OPEN},  {"WPAPSK", AUTH_WPAPSK}, {"SHARED", AUTH_SHARED},
+    {"WPA", AUTH_WPAPSK}, {"WPA2", AUTH_WPA2},     {"WPA2PSK", AUTH_WPA2PSK},
+};
+constexpr word enc_words[] = {
+    {"NONE", ENC_NONE},
+    {"WEP", ENC_WEP},
+    {"TKIP", ENC_TKIP},
+    {"AES", ENC_AES},
+};
+
+template <std::size_t count>
+const word* find_word(const word (&words)[count], const char* text) {
+    for (const word& word : words)
+        if (std::strcmp(word.text, text) == 0)
+            return &word;
+    return nullptr;
+}
+
+/// Puts the obtained network into the client settings.
+/// @return whether all of it is understood.
+bool fill_client(_wireless_setting& setting, const wps_profile& profile) {
+    setting.client_enabled = 1;
+    fill_field(setting.client_ssid, profile.ssid);
+    const word* const auth = find_word(auth_words, profile.auth);
+    if (auth == nullptr) {
+        std::fprintf(stderr, "parse auth fail %d %s\n",
+                     static_cast<int>(std::strtol(profile.number, nullptr, 10)), profile.auth);
+        return false;
+    }
+    setting.client_auth = static_cast<auth_from_cam>(auth->value);
+    const word* const enc = find_word(enc_words, profile.enc);
+    if (enc == nullptr) {
+        std::fprintf(stderr, "parse enc fail %s\n", profile.enc);
+        return false;
+    }
+    setting.client_enc = static_cast<enc_from_cam>(enc->value);
+    if (profile.key != nullptr) // an open network leaves the old key for the next one
+        fill_field(setting.client_key, profile.key);
+    return true;
+}
+
+} // namespace
+
+int wlan::update_wsc_to_db_and_action(char* name) {
+    char* const interface = name != nullptr ? name : access_point_interface;
+    char text[profile_size + 1]{}; // a profile that fills its room still ends
+    request = named_request(interface);
+    request.u.data.pointer = text;
+    request.u.data.length = profile_size;
+    if (ioctl(sock, driver_wps_profile, &request) != 0) {
+        std::fprintf(stderr, "ioctl failed: %s\n", "update_wsc_to_db_and_action");
+        return driver_failed;
+    }
+    _wireless_setting setting{};
+    if (cam_get_client(&setting) != 0) {
+        std::fputs("get client set failed\n", stderr);
+        return store_failed;
+    }
+    const std::optional<wps_profile> profile = read_wps_profile(text);
+    if (!profile || !fill_client(setting, *profile))
+        return driver_failed;
+    setting.client_channel = get_client_channel(interface);
+    _cam_actions no_actions{};
+    if (cam_set_client(&setting, &no_actions, 0, 0) != 0) {
+        std::fputs("set client failed\n", stderr);
+        return store_failed;
+    }
+    return 0;
+}
+
+int wlan::get_client_channel(char* name) {
+    char line[128];
+    cut_text(line, sizeof line, "iwgetid --raw --channel %s",
+             name != nullptr ? name : access_point_interface);
+    FILE* const tool = popen(line, "r");
+    if (tool == nullptr)
+        return command_failed;
+    const std::optional<int> channel = read_integer(tool);
+    pclose(tool);
+    return channel.value_or(0);
+}
+
+int wlan::does_network_need_to_act() {
+    if (probe_link() == 1)
+        ifconfig(station_2g_interface, interface_down);
+    else
+        run_program("/etc/rc.d/init.d/network.sh reload &");
+    return 0;
+}
