@@ -8,6 +8,7 @@
 #include "mtk/bbp_answer.h"
 #include "util/cut_text.h"
 #include "util/driver_requests.h"
+#include "util/text_field.h"
 #include "util/wireless_request.h"
 
 namespace {
@@ -36,8 +37,8 @@ int wlan::do_set_bbp(char* interface, char* reg, int value, int mask) {
         return -1;
     if (reg == nullptr || std::strlen(reg) >= text_size)
         return -1;
-    char text[text_size]{};
-    std::strcpy(text, reg);
+    char text[text_size];
+    fill_field(text, reg);
     if (const int status = access_register(sock, interface, text); status != 0)
         return failed(status);
     text[text_size - 1] = '\0';

@@ -8,8 +8,8 @@ inline char station_2g_interface[] = "wlan0";
 inline char station_5g_interface[] = "apclii0"; // the doubled "i" is the driver's own name
 
 // What ifconfig is told.
-inline char interface_up[] = "up";
-inline char interface_down[] = "down";
+inline char ifconfig_up[] = "up";
+inline char ifconfig_down[] = "down";
 
 // Put in front of keys that concern the AP-client.
 inline char apcli_prefix[] = "ApCli";

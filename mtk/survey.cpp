@@ -54,7 +54,7 @@ bool fetch_table(wlan& radio, char* text) {
 int survey_on(wlan& radio, char* interface, std::vector<sites>& list, bool trigger) {
     const bool raised = does_if_exist(interface) == 0;
     if (raised)
-        radio.ifconfig(interface, interface_up);
+        radio.ifconfig(interface, ifconfig_up);
     radio.set_interface(interface);
     const table_buffer table;
     if (table.text == nullptr) {
@@ -67,7 +67,7 @@ int survey_on(wlan& radio, char* interface, std::vector<sites>& list, bool trigg
         return 0;
     const int result = radio.parse_site_survey(list, table.text);
     if (raised)
-        radio.ifconfig(interface, interface_down);
+        radio.ifconfig(interface, ifconfig_down);
     return result;
 }
 

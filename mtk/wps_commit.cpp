@@ -25,18 +25,18 @@ constexpr int command_failed = -122;
 
 constexpr unsigned short profile_size = 4096; // the most that the driver gives
 
-struct word {
+struct profile_word {
     const char* text;
     unsigned char value;
 };
 
 // The driver's words for what the store numbers. A WPA2 network with a login on a server is kept
 // apart from one with a passphrase; a WPA one is not.
-constexpr word auth_words[] = {
+constexpr profile_word profile_auths[] = {
     {"OPEN", AUTH_OPEN},  {"WPAPSK", AUTH_WPAPSK}, {"SHARED", AUTH_SHARED},
     {"WPA", AUTH_WPAPSK}, {"WPA2", AUTH_WPA2},     {"WPA2PSK", AUTH_WPA2PSK},
 };
-constexpr word enc_words[] = {
+constexpr profile_word profile_encs[] = {
     {"NONE", ENC_NONE},
     {"WEP", ENC_WEP},
     {"TKIP", ENC_TKIP},
@@ -44,8 +44,8 @@ constexpr word enc_words[] = {
 };
 
 template <std::size_t count>
-const word* find_word(const word (&words)[count], const char* text) {
-    for (const word& word : words)
+const profile_word* find(const profile_word (&words)[count], const char* text) {
+    for (const profile_word& word : words)
         if (std::strcmp(word.text, text) == 0)
             return &word;
     return nullptr;
@@ -56,14 +56,14 @@ const word* find_word(const word (&words)[count], const char* text) {
 bool fill_client(_wireless_setting& setting, const wps_profile& profile) {
     setting.client_enabled = 1;
     fill_field(setting.client_ssid, profile.ssid);
-    const word* const auth = find_word(auth_words, profile.auth);
+    const profile_word* const auth = find(profile_auths, profile.auth);
     if (auth == nullptr) {
         std::fprintf(stderr, "parse auth fail %d %s\n",
                      static_cast<int>(std::strtol(profile.number, nullptr, 10)), profile.auth);
         return false;
     }
     setting.client_auth = static_cast<auth_from_cam>(auth->value);
-    const word* const enc = find_word(enc_words, profile.enc);
+    const profile_word* const enc = find(profile_encs, profile.enc);
     if (enc == nullptr) {
         std::fprintf(stderr, "parse enc fail %s\n", profile.enc);
         return false;
@@ -117,7 +117,7 @@ int wlan::get_client_channel(char* name) {
 
 int wlan::does_network_need_to_act() {
     if (probe_link() == 1)
-        ifconfig(station_2g_interface, interface_down);
+        ifconfig(station_2g_interface, ifconfig_down);
     else
         run_program("/etc/rc.d/init.d/network.sh reload &");
     return 0;

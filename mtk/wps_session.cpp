@@ -22,7 +22,7 @@ const char* start_session(wlan& radio, char* interface) {
 } // namespace
 
 int wlan::init_wps() {
-    ifconfig(wps_interface(0), interface_down);
+    ifconfig(wps_interface(0), ifconfig_down);
     return init();
 }
 
@@ -34,8 +34,8 @@ int wlan::do_wps(int index) {
     char* const interface = wps_interface(index);
     if (interface == nullptr)
         return -1;
-    ifconfig(interface, interface_down); // the driver is to start from a clean state
-    ifconfig(interface, interface_up);
+    ifconfig(interface, ifconfig_down); // the driver is to start from a clean state
+    ifconfig(interface, ifconfig_up);
     if (const char* message = start_session(*this, interface)) {
         std::fputs(message, stderr);
         return -1;
