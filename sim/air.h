@@ -26,6 +26,7 @@ struct access_point {
     uint8_t cipher;
     uint8_t group; /* cipher of what is sent to all */
     uint8_t hidden;
+    uint8_t button; /* its button for push-button set-up is pressed */
     uint8_t mode;
     uint8_t quality; /* as the driver reckons it, percent as a rule */
     int8_t level;    /* dBm */

@@ -40,3 +40,13 @@ int cross(const crossing& call, const std::function<int(camera_state&)>& answer)
     errno = result < 0 ? -result : errno_before;
     return result < 0 ? -1 : result;
 }
+
+bool meets_fault(const crossing& call) {
+    const held_camera camera;
+    const int fault = next_fault(*camera, call);
+    if (fault == 0)
+        return false;
+    write_journal(camera_time(*camera), call, -fault);
+    errno = fault;
+    return true;
+}

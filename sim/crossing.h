@@ -16,6 +16,10 @@ struct crossing {
     std::string length = "-"; // that a private request gave
 };
 
+/// For calls that the camera has no part in: only a fault that strikes one leaves a line.
+/// @return whether it fails, with errno set.
+bool meets_fault(const crossing& call);
+
 /// @param answer gives 0 or more, or a negative errno.
 /// @return as a libc call: the answer, or -1 with errno set.
 int cross(const crossing& call, const std::function<int(camera_state&)>& answer);

@@ -58,6 +58,10 @@ static const struct rule {
     {"IEEE8021X", MTK_8021X, PLAIN, NUMBER, 0, 1},
     {"WpaMixPairCipher", MTK_MIX_PAIR_CIPHER, PLAIN, TEXT, 1, 32},
     {"SiteSurvey", MTK_SITE_SURVEY, PLAIN, TEXT, 0, AIR_SSID_MAX},
+    {"WscConfMode", MTK_WSC_CONF_MODE, PLAIN, NUMBER, 0, 7},
+    {"WscMode", MTK_WSC_MODE, PLAIN, NUMBER, 1, 2},
+    {"WscGetConf", MTK_WSC_GET_CONF, PLAIN, NUMBER, 1, 1},
+    {"WscStop", MTK_WSC_STOP, PLAIN, NUMBER, 0, 1},
 };
 
 static int word_bits(const struct word* words, const char* text) {
@@ -138,6 +142,10 @@ static void update_join(struct mtk_radio* radio, const struct air* air, int vif)
     if (!client->up || number(client->values[MTK_ENABLE], 0) == 0 ||
         number(radio->vifs[MTK_AP].values[MTK_RADIO_ON], 1) == 0)
         return;
+    if (mtk_wps_holds(&radio->wps, vif)) {
+        client->joined = mtk_wps_joined(&radio->wps);
+        return;
+    }
     uint8_t bssid[6] = {0};
     read_address(client->values[MTK_BSSID], bssid);
     const int given = bssid[0] | bssid[1] | bssid[2] | bssid[3] | bssid[4] | bssid[5];
@@ -161,8 +169,18 @@ static int runs(const struct mtk_radio* radio) {
 
 void mtk_radio_bring(struct mtk_radio* radio, const struct air* air, int vif, int up) {
     radio->vifs[vif].up = up != 0;
+    if (!up && mtk_wps_holds(&radio->wps, vif))
+        mtk_wps_end(&radio->wps);
     if (vif != MTK_AP)
         update_join(radio, air, vif);
+}
+
+/* A session needs an AP-client that is on, an enrollee's role and the push-button way. */
+static int can_begin(const struct mtk_radio* radio, int vif) {
+    const struct mtk_vif* chip = &radio->vifs[MTK_AP];
+    return radio->vifs[vif].up && number(radio->vifs[vif].values[MTK_ENABLE], 0) == 1 &&
+           number(chip->values[MTK_WSC_CONF_MODE], 0) == 1 &&
+           number(chip->values[MTK_WSC_MODE], 0) == 2;
 }
 
 /* Copies up to a terminator or to the end; what does not fit fails. */
@@ -192,18 +210,24 @@ enum mtk_answer mtk_radio_set(struct mtk_radio* radio, const struct air* air, in
     const char* bare = without_prefix(name);
     const int prefixed = bare != name;
     const struct rule* rule = find_rule(bare, prefixed ? PREFIXED : PLAIN);
-    if (rule == NULL || !makes_sense(rule, value) || (prefixed && vif == MTK_AP))
+    if (rule == NULL || !makes_sense(rule, value) || (prefixed && vif == MTK_AP) ||
+        (rule->key == MTK_WSC_GET_CONF && !can_begin(radio, vif)))
         return MTK_INVALID;
 
     /* A key without the prefix is the access point's or the chip's, wherever it arrives. */
     char* kept = radio->vifs[prefixed ? vif : MTK_AP].values[rule->key];
     for (const char* from = value; (*kept++ = *from) != '\0';)
         ++from;
+    /* What an AP-client is told takes the place of what an access point handed it. */
+    if (rule->key == MTK_WSC_STOP || (prefixed && mtk_wps_holds(&radio->wps, vif)))
+        mtk_wps_end(&radio->wps);
+    if (rule->key == MTK_WSC_GET_CONF)
+        mtk_wps_begin(&radio->wps, air, vif, vif == MTK_CLIENT_5G);
     if (rule->key == MTK_RADIO_ON) {
         update_join(radio, air, MTK_CLIENT_2G);
         update_join(radio, air, MTK_CLIENT_5G);
     }
-    if (rule->key == MTK_ENABLE || rule->key == MTK_AUTO_CONNECT)
+    if (rule->key == MTK_ENABLE || rule->key == MTK_AUTO_CONNECT || rule->key == MTK_WSC_GET_CONF)
         update_join(radio, air, vif);
     if (rule->key == MTK_SITE_SURVEY)
         radio->surveyed = 1;
@@ -219,13 +243,55 @@ enum mtk_answer mtk_radio_survey(const struct mtk_radio* radio, const struct air
     return MTK_DONE;
 }
 
+enum mtk_answer mtk_radio_profile(const struct mtk_radio* radio, const struct air* air, char* text,
+                                  size_t* length) {
+    const int32_t joined = mtk_wps_joined(&radio->wps);
+    if (joined == 0)
+        return MTK_INVALID;
+    *length = mtk_wps_profile(&air->points[joined - 1], text, *length);
+    return MTK_DONE;
+}
+
+static void write_hex(char* text, int digits, uint32_t value) {
+    for (; digits > 0; value >>= 4)
+        text[--digits] = "0123456789ABCDEF"[value & 15];
+}
+
+enum mtk_answer mtk_radio_register(struct mtk_radio* radio, char text[MTK_REGISTER_TEXT],
+                                   size_t length) {
+    if (!runs(radio))
+        return MTK_DOWN;
+    static const char form[MTK_REGISTER_TEXT] = "\nBBP[0x0000]:00000000 ";
+    uint32_t numbers[2] = {0, 0}; /* the register, and what it is to hold */
+    int at = 0;
+    int digits = 0;
+    for (size_t i = 0; i < length && text[i] != '\0'; ++i) {
+        const int digit = hex_digit(text[i]);
+        if (digit >= 0 && digits++ < 8)
+            numbers[at] = numbers[at] << 4 | (uint32_t)digit;
+        else if (text[i] == '=' && digits > 0 && at++ == 0)
+            digits = 0;
+        else
+            return MTK_INVALID;
+    }
+    if (digits == 0 || numbers[0] >= MTK_REGISTERS)
+        return MTK_INVALID;
+    if (at == 1)
+        radio->registers[numbers[0]] = numbers[1];
+    for (size_t i = 0; i < sizeof form; ++i)
+        text[i] = form[i];
+    write_hex(text + 7, 4, numbers[0]);
+    write_hex(text + 13, 8, radio->registers[numbers[0]]);
+    return MTK_DONE;
+}
+
 int mtk_radio_level(const struct mtk_radio* radio, const struct air* air) {
     const int near = radio->vifs[MTK_CLIENT_2G].joined;
     const int joined = near != 0 ? near : radio->vifs[MTK_CLIENT_5G].joined;
     return joined != 0 ? air->points[joined - 1].level : MTK_NOISE;
 }
 
-enum mtk_answer mtk_radio_query(const struct mtk_radio* radio, const struct air* air, int code,
+enum mtk_answer mtk_radio_query(struct mtk_radio* radio, const struct air* air, int code,
                                 int32_t* answer) {
     static const struct {
         int code;
@@ -235,6 +301,11 @@ enum mtk_answer mtk_radio_query(const struct mtk_radio* radio, const struct air*
         {0x0108, 0, 0},         {0x0109, 0, 2},         {0x0630, 0, 5},
         {0x0678, MTK_NOISE, 0}, {0x0679, MTK_NOISE, 2},
     };
+    if (code == 0x0751) {
+        *answer = mtk_wps_status(&radio->wps);
+        update_join(radio, air, radio->wps.vif);
+        return MTK_DONE;
+    }
     for (size_t i = 0; i < sizeof queries / sizeof queries[0]; ++i) {
         if (queries[i].code != code)
             continue;

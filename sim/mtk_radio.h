@@ -3,6 +3,7 @@
 /* The MediaTek/Ralink radio as its driver shows it. Freestanding C, like the air. */
 
 #include "sim/air.h"
+#include "sim/mtk_wps.h"
 
 #ifdef __cplusplus
 extern "C" {
@@ -33,10 +34,14 @@ enum mtk_key {
     MTK_8021X,
     MTK_MIX_PAIR_CIPHER,
     MTK_SITE_SURVEY,
+    MTK_WSC_CONF_MODE,
+    MTK_WSC_MODE,
+    MTK_WSC_GET_CONF,
+    MTK_WSC_STOP,
     MTK_KEYS
 };
 
-enum { MTK_VALUE_MAX = 256, MTK_NOISE = -95 };
+enum { MTK_VALUE_MAX = 256, MTK_NOISE = -95, MTK_REGISTERS = 256, MTK_REGISTER_TEXT = 23 };
 
 /* Errno numbers differ between architectures; who carries this model has its own for these. */
 enum mtk_answer { MTK_DONE, MTK_INVALID, MTK_DOWN };
@@ -51,6 +56,8 @@ struct mtk_radio {
     struct mtk_vif vifs[MTK_VIFS];
     uint8_t surveyed;      /* there is a table: a survey was asked for */
     uint8_t survey_layout; /* version of its columns: 1 or 2 */
+    struct mtk_wps wps;
+    uint32_t registers[MTK_REGISTERS]; /* of the baseband processor */
 };
 
 void mtk_radio_bring(struct mtk_radio* radio, const struct air* air, int vif, int up);
@@ -60,13 +67,22 @@ enum mtk_answer mtk_radio_set(struct mtk_radio* radio, const struct air* air, in
                               const char* text, size_t length);
 
 /* Private request "query": a 32-bit figure by its code. */
-enum mtk_answer mtk_radio_query(const struct mtk_radio* radio, const struct air* air, int code,
+enum mtk_answer mtk_radio_query(struct mtk_radio* radio, const struct air* air, int code,
                                 int32_t* answer);
 
 /* Private request "survey": the table of the last survey as text, without a NUL.
    `length` is the room for it, and becomes its length. */
 enum mtk_answer mtk_radio_survey(const struct mtk_radio* radio, const struct air* air, char* text,
                                  size_t* length);
+
+/* Private request "profile": the network that push-button set-up obtained, likewise. */
+enum mtk_answer mtk_radio_profile(const struct mtk_radio* radio, const struct air* air, char* text,
+                                  size_t* length);
+
+/* Private request "register": "66" reads a register of the baseband processor and "66=4f" writes
+   one, all in hexadecimal. What it holds then takes the text's place, whatever its length. */
+enum mtk_answer mtk_radio_register(struct mtk_radio* radio, char text[MTK_REGISTER_TEXT],
+                                   size_t length);
 
 /* Level in dBm of what the chip receives. */
 int mtk_radio_level(const struct mtk_radio* radio, const struct air* air);

@@ -19,6 +19,8 @@ namespace {
 
 constexpr unsigned long mtk_query = SIOCIWFIRSTPRIV + 1;
 constexpr unsigned long mtk_set = SIOCIWFIRSTPRIV + 2;
+constexpr unsigned long mtk_register = SIOCIWFIRSTPRIV + 3;
+constexpr unsigned long mtk_profile = SIOCIWFIRSTPRIV + 9;
 constexpr unsigned long mtk_survey = SIOCIWFIRSTPRIV + 13;
 
 std::string request_name(unsigned long code, const iwreq* request) {
@@ -29,7 +31,7 @@ std::string request_name(unsigned long code, const iwreq* request) {
         {SIOCGIFFLAGS, "SIOCGIFFLAGS"}, {SIOCSIFFLAGS, "SIOCSIFFLAGS"}, {SIOCGIWAP, "SIOCGIWAP"},
         {SIOCGIWFREQ, "SIOCGIWFREQ"},   {SIOCGIWSTATS, "SIOCGIWSTATS"}, {mtk_set, "set"},
         {SIOCSIWSCAN, "SIOCSIWSCAN"},   {SIOCGIWSCAN, "SIOCGIWSCAN"},   {mtk_survey, "survey"},
-        {SIOCGIWRANGE, "SIOCGIWRANGE"},
+        {SIOCGIWRANGE, "SIOCGIWRANGE"}, {mtk_register, "register"},     {mtk_profile, "profile"},
     };
     for (const auto& known : names)
         if (known.code == code)
@@ -47,10 +49,12 @@ std::string interface_name(const iwreq& request) {
     return {request.ifr_name, strnlen(request.ifr_name, IFNAMSIZ)};
 }
 
+/// Some texts come with their terminator.
 std::string data_text(const iwreq& request) {
     if (request.u.data.pointer == nullptr)
         return "";
-    return {static_cast<const char*>(request.u.data.pointer), request.u.data.length};
+    const auto* text = static_cast<const char*>(request.u.data.pointer);
+    return {text, strnlen(text, request.u.data.length)};
 }
 
 /// The driver's answer goes out when there is room for all of it.
@@ -78,18 +82,33 @@ iw_statistics statistics(const camera_state& state) {
     return result;
 }
 
-int give_survey(const camera_state& state, iwreq& request) {
+using text_printer = mtk_answer(const mtk_radio*, const air*, char*, std::size_t*);
+
+int give_text(const camera_state& state, iwreq& request, const char* name, text_printer* print) {
     if (request.u.data.pointer == nullptr)
         return -EFAULT;
     auto* text = static_cast<char*>(request.u.data.pointer);
     std::size_t length = request.u.data.length;
     mtk_answer answer = MTK_DONE;
-    if (const auto other = scene_answer("survey"))
+    if (const auto other = scene_answer(name))
         length = other->copy(text, length);
     else
-        answer = mtk_radio_survey(&state.mtk, &state.air, text, &length);
+        answer = print(&state.mtk, &state.air, text, &length);
     request.u.data.length = static_cast<__u16>(length);
     return errno_of(answer);
+}
+
+/// The driver answers in the caller's buffer, past the length that it was given: camera programs
+/// keep 256 bytes there.
+int use_register(mtk_radio& radio, iwreq& request) {
+    if (request.u.data.pointer == nullptr)
+        return -EFAULT;
+    auto* text = static_cast<char*>(request.u.data.pointer);
+    if (const auto other = scene_answer("register")) {
+        other->copy(text, 256);
+        return 0;
+    }
+    return errno_of(mtk_radio_register(&radio, text, request.u.data.length));
 }
 
 int answer_mtk_request(camera_state& state, int interface, unsigned long code, iwreq& request) {
@@ -102,7 +121,11 @@ int answer_mtk_request(camera_state& state, int interface, unsigned long code, i
         answer = mtk_radio_query(&state.mtk, &state.air, request.u.data.flags, &figure);
         return answer == MTK_DONE ? give(figure, request) : errno_of(answer);
     case mtk_survey:
-        return give_survey(state, request);
+        return give_text(state, request, "survey", mtk_radio_survey);
+    case mtk_profile:
+        return give_text(state, request, "profile", mtk_radio_profile);
+    case mtk_register:
+        return use_register(state.mtk, request);
     case mtk_set:
         return request.u.data.pointer == nullptr
                    ? -EFAULT
@@ -125,7 +148,7 @@ crossing describe_request(unsigned long code, const iwreq* request) {
     call.subject = interface_name(*request);
     if (code >= SIOCIWFIRSTPRIV || code == SIOCGIWSCAN)
         call.length = std::to_string(request->u.data.length);
-    if (code == mtk_set)
+    if (code == mtk_set || code == mtk_register)
         call.text = data_text(*request);
     if (code == SIOCSIFFLAGS)
         call.text = (reinterpret_cast<const ifreq*>(request)->ifr_flags & IFF_UP) ? "up" : "down";

@@ -37,6 +37,9 @@ const std::vector<json_word> ciphers = {{"none", AIR_PLAIN},
                                         {"aes", AIR_AES},
                                         {"tkipaes", AIR_TKIP | AIR_AES}};
 
+const std::vector<json_word> wps_outcomes = {
+    {"works", MTK_WPS_WORKS}, {"fails", MTK_WPS_FAILS}, {"stalls", MTK_WPS_STALLS}};
+
 const std::vector<json_word> modes = {
     {"auto", 0},     {"adhoc", AIR_ADHOC}, {"managed", 2}, {"master", AIR_MASTER},
     {"repeater", 4}, {"secondary", 5},     {"monitor", 6}};
@@ -77,7 +80,7 @@ int mhz_of_channel(int channel) {
 
 access_point read_access_point(const json_place& from) {
     from.only({"ssid", "ssid_hex", "hidden", "bssid", "channel", "mhz", "security", "cipher",
-               "group", "mode", "level", "quality", "key"});
+               "group", "mode", "level", "quality", "key", "button"});
     access_point point{};
     const json_place hex = from.get("ssid_hex");
     const std::string ssid =
@@ -98,6 +101,7 @@ access_point read_access_point(const json_place& from) {
     const int weakest = point.cipher & -point.cipher;
     point.group = static_cast<std::uint8_t>(group.given() ? group.word(ciphers) : weakest);
     point.hidden = from.get("hidden", false).yes() ? 1 : 0;
+    point.button = from.get("button", false).yes() ? 1 : 0;
     point.mode = static_cast<std::uint8_t>(from.get("mode", "master").word(modes));
     point.level = static_cast<std::int8_t>(from.get("level", -60).number(-127, 0));
     const int percent = std::clamp(2 * (point.level + 100), 0, 100);
@@ -153,6 +157,16 @@ void read_survey(const json_place& scene, camera_state& state) {
     radio.vendor_bytes = static_cast<std::uint8_t>(scan.get("vendor_bytes", 0).number(0, 255));
 }
 
+void read_registers(const json_place& scene, mtk_radio& radio) {
+    for (const auto& [number, value] : scene.get("registers", json::object()).entries()) {
+        const std::string at = octets(json_place(number, "scene.registers: a number"), 1, "");
+        for (const char byte : octets(value, 4, "")) {
+            std::uint32_t& kept = radio.registers[static_cast<std::uint8_t>(at.at(0))];
+            kept = kept << 8 | static_cast<std::uint8_t>(byte);
+        }
+    }
+}
+
 /// Reads a list into places of fixed number.
 template <typename entry, std::size_t most, typename reader>
 void read_list(const json_place& from, entry (&places)[most], const reader& read) {
@@ -163,8 +177,8 @@ void read_list(const json_place& from, entry (&places)[most], const reader& read
 
 camera_state read_state(const json_place& scene) {
     scene.only({"adapter", "usb", "interfaces", "wired", "clock_ms", "air", "best_channel",
-                "survey_table", "scan", "answers", "missing_programs", "stubborn", "faults",
-                "files"});
+                "survey_table", "scan", "wps", "registers", "answers", "missing_programs",
+                "stubborn", "faults", "files"});
     camera_state state{};
     std::copy(std::begin(state_layout), std::end(state_layout), state.layout);
     state.size = sizeof state;
@@ -174,6 +188,8 @@ camera_state read_state(const json_place& scene) {
     state.clock_us = std::int64_t{1000} * scene.get("clock_ms", 0).number(0, INT_MAX);
     read_interfaces(scene, state);
     read_survey(scene, state);
+    state.mtk.wps.outcome = static_cast<std::uint8_t>(scene.get("wps", "works").word(wps_outcomes));
+    read_registers(scene, state.mtk);
     const json none = json::array();
     read_list(scene.get("air", none), state.air.points,
               [&](const json_place& item, access_point& point) {
@@ -203,7 +219,7 @@ std::string join_lines(const json_place& lines) {
 
 /// What the driver is to answer instead of what it hears: as lines, or as octets.
 void write_answers(const json_place& answers, const std::string& scratch) {
-    answers.only({"survey", "scan"});
+    answers.only({"survey", "scan", "profile", "register"});
     for (const auto& [name, answer] : answers.entries())
         write_file(fs::path(scratch) / "answers" / name,
                    answer.is_list() ? join_lines(answer) : octets(answer, UINT16_MAX, ""));

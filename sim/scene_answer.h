@@ -5,5 +5,5 @@
 #include <optional>
 #include <string>
 
-/// @param name "survey" or "scan".
+/// @param name "survey", "scan", "profile" or "register".
 std::optional<std::string> scene_answer(const std::string& name);

@@ -69,7 +69,10 @@ static int set(struct net_device* device, struct iw_request_info* info, union iw
 
 static int query(struct net_device* device, struct iw_request_info* info, union iwreq_data* data,
                  char* extra) {
+    char code[8];
     int32_t figure = 0;
+    snprintf(code, sizeof code, "0x%04x", data->data.flags);
+    received(device->name, "query", data->data.length, code);
     const enum mtk_answer answer = mtk_radio_query(&radio, &air, data->data.flags, &figure);
     if (answer != MTK_DONE)
         return errno_of(answer);
@@ -78,14 +81,17 @@ static int query(struct net_device* device, struct iw_request_info* info, union 
     return copy_to_user(data->data.pointer, &figure, sizeof figure) ? -EFAULT : 0;
 }
 
-static int survey(struct net_device* device, struct iw_request_info* info, union iwreq_data* data,
-                  char* extra) {
+/* Of "profile" and "survey". */
+static int give_text(struct net_device* device, struct iw_request_info* info,
+                     union iwreq_data* data, char* extra) {
+    const int is_survey = info->cmd == SIOCIWFIRSTPRIV + 13;
     size_t length = data->data.length;
     char* text = kmalloc(length, GFP_KERNEL);
     if (text == NULL)
         return -ENOMEM;
-    received(device->name, "survey", length, "");
-    int result = errno_of(mtk_radio_survey(&radio, &air, text, &length));
+    received(device->name, is_survey ? "survey" : "profile", length, "");
+    int result =
+        errno_of((is_survey ? mtk_radio_survey : mtk_radio_profile)(&radio, &air, text, &length));
     if (result == 0 && copy_to_user(data->data.pointer, text, length))
         result = -EFAULT;
     data->data.length = length;
@@ -93,11 +99,26 @@ static int survey(struct net_device* device, struct iw_request_info* info, union
     return result;
 }
 
+/* Answers in the caller's buffer, past the length that it was given. */
+static int baseband(struct net_device* device, struct iw_request_info* info, union iwreq_data* data,
+                    char* extra) {
+    char text[MTK_REGISTER_TEXT] = "";
+    const size_t length = min_t(size_t, data->data.length, sizeof text - 1);
+    if (copy_from_user(text, data->data.pointer, length))
+        return -EFAULT;
+    received(device->name, "register", data->data.length, text);
+    const enum mtk_answer answer = mtk_radio_register(&radio, text, length);
+    if (answer != MTK_DONE)
+        return errno_of(answer);
+    return copy_to_user(data->data.pointer, text, sizeof text) ? -EFAULT : 0;
+}
+
 static const iw_handler standard[] = {
     IW_HANDLER(SIOCGIWAP, get_access_point),
     IW_HANDLER(SIOCGIWFREQ, get_frequency),
 };
-static const iw_handler private[] = {[1] = query, [2] = set, [13] = survey};
+static const iw_handler private[] = {
+    [1] = query, [2] = set, [3] = baseband, [9] = give_text, [13] = give_text};
 static const struct iw_priv_args described[] = {
     {SIOCIWFIRSTPRIV + 2, IW_PRIV_TYPE_CHAR | 1024, 0, "set"},
 };
@@ -176,6 +197,7 @@ static int __init plug_in(void) {
     debugfs_create_file("received", 0600, folder, NULL, &received_file);
     debugfs_create_file("air", 0200, folder, NULL, &air_file);
     debugfs_create_u8("survey_layout", 0600, folder, &radio.survey_layout);
+    debugfs_create_u8("wps", 0600, folder, &radio.wps.outcome); /* enum mtk_wps_outcome */
     return 0;
 }
 
