@@ -121,6 +121,7 @@ verdict driver_is_ready() {
         point.bssid[5] = static_cast<std::uint8_t>(i + 1);
         point.security = i == 0 ? AIR_WPA2 : AIR_OPEN;
         point.cipher = i == 0 ? AIR_AES : AIR_PLAIN;
+        point.button = i == 0;
         point.mode = AIR_MASTER;
         point.quality = static_cast<std::uint8_t>(80 - i);
         point.level = static_cast<std::int8_t>(-40 - i);
@@ -160,6 +161,64 @@ verdict survey(char layout) {
     return {same && asked, std::string(list[0].ssid) + " and " + list[1].ssid};
 }
 
+std::string session_start() {
+    std::string commands;
+    for (const char* text : {"CountryRegion=5", "ApCliEnable=0", "WscConfMode=1", "WscMode=2",
+                             "ApCliEnable=1", "WscGetConf=1"})
+        commands += set("wlan0", text);
+    return commands;
+}
+
+/// Runs `wlanctl wps` while the driver has sessions end in a given way.
+/// @return what the driver received, with one line for all looks at the status.
+std::string session(char outcome, bool& succeeded) {
+    tell("wps", {outcome});
+    tell("received", "anew");
+    succeeded = output_of("wlanctl wps --timeout 25 >/dev/null && echo yes") == "yes";
+    const std::string look = "wlan0 query 4 0x0751\n";
+    std::string sent = received();
+    for (std::size_t at = sent.find(look + look); at != std::string::npos;
+         at = sent.find(look + look))
+        sent.erase(at, look.size());
+    return sent;
+}
+
+verdict push_button() {
+    bool succeeded = false;
+    const std::string sent = session('0', succeeded);
+    _wireless_setting stored{};
+    if (!succeeded || cam_get_client(&stored) != 0)
+        return {false, "the session failed after\n" + sent};
+    if (sent != session_start() + "wlan0 query 4 0x0751\nwlan0 profile 4096 \n")
+        return {false, "the driver received\n" + sent};
+    if (!becomes_true(5, [] { return exist("/run/network-asked") == 1; }))
+        return {false, "the network script was not run"};
+    return {std::strcmp(stored.client_ssid, ssid) == 0 && stored.client_auth == AUTH_WPA2PSK &&
+                stored.client_enc == ENC_AES && std::strcmp(stored.client_key, key) == 0 &&
+                stored.client_channel == 6,
+            std::string(stored.client_ssid) + " stored, on channel " +
+                std::to_string(stored.client_channel)};
+}
+
+verdict push_button_fails() {
+    const std::string before = output_of("cat /etc/camera.conf");
+    bool succeeded = true;
+    const std::string sent = session('1', succeeded);
+    if (sent != session_start() + "wlan0 query 4 0x0751\n" + set("wlan0", "WscStop=1"))
+        return {false, "the driver received\n" + sent};
+    return {!succeeded && output_of("cat /etc/camera.conf") == before,
+            "stopped, and the store untouched"};
+}
+
+verdict baseband_register() {
+    char interface[] = "ra0";
+    char reg[] = "66";
+    if (run_set_bbp(interface, reg, 0x1f, 0xff) != 0)
+        return {false, "the call failed"};
+    return sends("ra0 register 3 66\nra0 register 6 66=4f\n",
+                 [&] { return run_set_bbp(interface, reg, 0x40, 0xf0); });
+}
+
 constexpr check checks[] = {
     {"mediatek: the driver is ready", driver_is_ready},
     {"mediatek: access point", access_point_mode},
@@ -171,6 +230,9 @@ constexpr check checks[] = {
     {"mediatek: radio figures", figures},
     {"mediatek: survey, first layout", [] { return survey('1'); }},
     {"mediatek: survey, second layout", [] { return survey('2'); }},
+    {"mediatek: push button, from start to stored settings", push_button},
+    {"mediatek: push button, a session that fails", push_button_fails},
+    {"mediatek: baseband register", baseband_register},
 };
 
 } // namespace

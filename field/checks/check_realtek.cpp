@@ -8,6 +8,7 @@
 #include <map>
 #include <set>
 
+#include "crowd.h"
 #include "libwlan/libwlan.h"
 #include "report.h"
 #include "scan_listing.h"
@@ -66,6 +67,14 @@ verdict survey_is_what_iw_sees() {
     output_of("ip link set wlan0 up");
     output_of("for _ in 1 2; do iw dev wlan0 scan trigger; sleep 6; done");
     return same_air(read_iw(output_of("iw dev wlan0 scan dump")));
+}
+
+verdict survey_of_a_crowd() {
+    const crowd neighbours;
+    const verdict found = survey_is_what_iw_sees();
+    const int size = scan_results_size();
+    return {found.passed && size > 0x8000,
+            found.seen + " in " + std::to_string(size) + " bytes of results"};
 }
 
 verdict survey_is_what_iwlist_sees() {
@@ -191,6 +200,7 @@ verdict cycles_leave_nothing() {
 constexpr check checks[] = {
     {"survey: the list is what iw sees", survey_is_what_iw_sees},
     {"survey: the list is what iwlist sees", survey_is_what_iwlist_sees},
+    {"survey: a crowd is listed, too", survey_of_a_crowd},
     {"station: joins with WPA2", joins_with_wpa2},
     {"station: joins an open network", joins_openly},
     {"station: a wrong key does not join", wrong_key_does_not_join},
