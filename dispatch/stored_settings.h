@@ -11,7 +11,7 @@ int read_settings(int (*read)(_wireless_setting*), _wireless_setting& settings);
 /// Runs `request` with the settings that `read` gives.
 /// @return 0 or -1.
 template <typename Request>
-int with_settings(int (*read)(_wireless_setting*), Request request) {
+int with_settings(int (*read)(_wireless_setting*), const Request& request) {
     _wireless_setting settings{};
     if (read_settings(read, settings) != 0)
         return -1;

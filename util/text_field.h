@@ -1,13 +1,13 @@
 #pragma once
 
 #include <cstddef>
-#include <cstring>
 
-/// Fills a fixed-size text field from `text` and pads it with NULs. A text that fills the field
-/// leaves no terminator: drivers and stores take such fields by their size.
+/// Copies `text` into `size` characters and pads them with NULs. A text that fills them leaves no
+/// terminator.
+void fill_characters(char* characters, std::size_t size, const char* text);
+
+/// Fills a fixed-size text field: drivers and stores take such fields by their size.
 template <std::size_t size>
 void fill_field(char (&field)[size], const char* text) {
-    const std::size_t length = strnlen(text, size);
-    std::memcpy(field, text, length);
-    std::memset(field + length, 0, size - length);
+    fill_characters(field, size, text);
 }
