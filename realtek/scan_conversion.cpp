@@ -1,10 +1,10 @@
 #include "realtek/scan_conversion.h"
 
 #include <algorithm>
+#include <bitset>
 #include <cstring>
 
 #include "realtek/security_elements.h"
-#include "util/cut_text.h"
 #include "util/text_field.h"
 
 namespace {
@@ -86,22 +86,42 @@ const char* encryption_of(int bits) {
     return has(bits, ccmp) ? "AES" : "TKIP";
 }
 
+void fill_security(sites& entry, int bits) {
+    fill_field(entry.authentication, authentication_of(bits));
+    fill_field(entry.encryption, encryption_of(bits));
+}
+
+bool is_listed(const sites& entry, const std::vector<sites>& list) {
+    return std::any_of(list.begin(), list.end(), [&](const sites& listed) {
+        return std::strncmp(listed.ssid, entry.ssid, sizeof entry.ssid) == 0;
+    });
+}
+
+/// Marks of the listed names. A name without its mark is new; only with it the list is searched.
+using name_marks = std::bitset<4096>;
+
+std::size_t mark_of(const sites& site) {
+    std::size_t mark = 0;
+    for (std::size_t i = 0; i < sizeof site.ssid && site.ssid[i] != '\0'; ++i)
+        mark = mark * 31 + static_cast<unsigned char>(site.ssid[i]);
+    return mark % name_marks().size();
+}
+
 } // namespace
 
 int parse_encrypt(FILE* /*log*/, sites* entry, int bits, WIRELESS_MODE mode,
                   std::vector<sites>& list) {
-    if (mode != WIRELESS_MODE_MASTER)
+    if (mode != WIRELESS_MODE_MASTER || is_listed(*entry, list))
         return -1;
-    for (const sites& listed : list)
-        if (std::strncmp(listed.ssid, entry->ssid, sizeof entry->ssid) == 0)
-            return -1;
-    fill_field(entry->authentication, authentication_of(bits));
-    fill_field(entry->encryption, encryption_of(bits));
+    fill_security(*entry, bits);
     return 0;
 }
 
 int convert_scan_results(const scan_result_t* results, int count, int maximum_quality,
                          WIRELESS_MODE filter, std::vector<sites>& list) {
+    name_marks marks;
+    for (const sites& listed : list)
+        marks.set(mark_of(listed));
     int accepted = 0;
     for (int i = 0; i < count; ++i) {
         const scan_result_t* result = &results[i];
@@ -110,13 +130,17 @@ int convert_scan_results(const scan_result_t* results, int count, int maximum_qu
         if (is_hidden(site) || !matches(result->mode, filter) || is_wep_only(*result))
             continue;
         ++accepted;
+        const std::size_t mark = mark_of(site);
+        if (result->mode != WIRELESS_MODE_MASTER || (marks[mark] && is_listed(site, list)))
+            continue;
+        marks.set(mark);
         fill_field(site.network_type, "Infra");
-        cut_text(site.bssid, sizeof result->bssid, "%.18s", result->bssid);
+        std::memcpy(site.bssid, result->bssid, sizeof result->bssid);
         site.channel = channel_of(result->freq);
         site.rssi = result->level;
         site.signal = percent(result->qual, maximum_quality);
-        if (parse_encrypt(nullptr, &site, read_security(*result), result->mode, list) >= 0)
-            list.push_back(site);
+        fill_security(site, read_security(*result));
+        list.push_back(site);
     }
     return accepted;
 }

@@ -18,6 +18,7 @@ constexpr std::size_t flags_offset = 6;    // of events with length and flags
 constexpr std::size_t bytes_offset = 8;    // of events with length and flags
 
 constexpr std::size_t bssid_size = 6;
+constexpr char hex_digits[] = "0123456789ABCDEF";
 
 // Information elements: an ID, a length and a body.
 constexpr std::size_t element_header_size = 2;
@@ -36,9 +37,13 @@ void read_bssid(byte_view event, scan_result_t& result) {
     const auto bytes = event.part(bssid_offset, bssid_size);
     if (!bytes)
         return;
-    const unsigned char* mac = bytes->data();
-    std::snprintf(result.bssid, sizeof result.bssid, "%02X:%02X:%02X:%02X:%02X:%02X", mac[0],
-                  mac[1], mac[2], mac[3], mac[4], mac[5]);
+    // snprintf() would take longer than all else that is read about a network.
+    char* text = result.bssid;
+    for (std::size_t i = 0; i < bssid_size; ++i) {
+        *text++ = hex_digits[bytes->data()[i] >> 4U];
+        *text++ = hex_digits[bytes->data()[i] & 0xFU];
+        *text++ = i + 1 < bssid_size ? ':' : '\0';
+    }
 }
 
 /// `rest` reaches from the event to the end of the stream.
@@ -164,8 +169,8 @@ int walk_scan_events(byte_view stream, scan_result_t* results, FILE* log) {
             break;
         const std::uint16_t command = *event->number<std::uint16_t>(command_offset);
         // The address opens an access point, and what follows is told about it.
-        if (command == SIOCGIWAP)
-            ++count;
+        if (command == SIOCGIWAP && ++count <= max_scan_results)
+            results[count - 1] = {};
         const byte_view rest = *stream.part(at, stream.size() - at);
         if (count >= 1 && count <= max_scan_results)
             read_event(command, *event, rest, results[count - 1], log);

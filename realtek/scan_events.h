@@ -5,8 +5,8 @@
 #include "libwlan/scan.h"
 #include "util/byte_view.h"
 
-/// Walks the events of a scan into `results`, which are zero and have room for max_scan_results.
-/// Pure reading but for one message on `log`; events that do not fit are skipped, and a stream that
-/// breaks off ends the walk.
+/// Walks the events of a scan into `results`, which have room for max_scan_results. Pure reading
+/// but for one message on `log`; events that do not fit are skipped, and a stream that breaks off
+/// ends the walk.
 /// @return how many access points were counted, max_scan_results at most.
 int walk_scan_events(byte_view stream, scan_result_t* results, FILE* log);

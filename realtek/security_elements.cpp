@@ -4,11 +4,18 @@
 
 #include "libwlan/debug_print.h"
 #include "libwlan/scan.h"
+#include "util/debug_level.h"
 
 namespace {
 
 // Level of the element dumps. It shares no bit with the shipped debug mask.
 constexpr unsigned int dump_level = 4;
+
+template <typename... Values>
+void dump([[maybe_unused]] const char* format, [[maybe_unused]] Values... values) {
+    if constexpr ((dump_level & debug_mask) != 0)
+        PRINTDEBUGMSG(dump_level, format, values...);
+}
 
 constexpr std::size_t suite_size = 4;
 constexpr std::size_t oui_size = 3;
@@ -109,13 +116,12 @@ public:
             return;
         char name[8];
         name_suite(suite, family_.oui, family_.shift, kind, &bits_, name);
-        PRINTDEBUGMSG(dump_level, format, suite[0], suite[1], suite[2], suite[3], name);
+        dump(format, suite[0], suite[1], suite[2], suite[3], name);
     }
 
     void key_management() {
         if (const unsigned char* suite = take(suite_size))
-            PRINTDEBUGMSG(dump_level, family_.key_management, suite[0], suite[1], suite[2],
-                          suite[3]);
+            dump(family_.key_management, suite[0], suite[1], suite[2], suite[3]);
     }
 
     /// The number of suites that follow, as far as the element claims.
@@ -123,8 +129,8 @@ public:
         const unsigned char* bytes = take(count_size);
         if (bytes == nullptr)
             return 0;
-        PRINTDEBUGMSG(dump_level, format, bytes[0]);
-        PRINTDEBUGMSG(dump_level, "%s", list);
+        dump(format, bytes[0]);
+        dump("%s", list);
         return bytes[0];
     }
 
@@ -151,36 +157,35 @@ void read_suites(suite_reader& reader, const element_family& family) {
 }
 
 void print_head(byte_view element) {
-    PRINTDEBUGMSG(dump_level, "\tElement ID:\t\t\t%d\n", element.data()[0]);
-    PRINTDEBUGMSG(dump_level, "\tLength:\t\t\t\t%d\n", element.data()[1]);
+    dump("\tElement ID:\t\t\t%d\n", element.data()[0]);
+    dump("\tLength:\t\t\t\t%d\n", element.data()[1]);
 }
 
 } // namespace
 
 unsigned int read_wpa_element(byte_view element) {
-    PRINTDEBUGMSG(dump_level, "WPA Information\n");
+    dump("WPA Information\n");
     print_head(element);
     if (const auto tag = element.part(2, 4))
-        PRINTDEBUGMSG(dump_level, "\tWPA tag:\t\t\t0x%02X-0x%02X-0x%02X-0x%02X\n", tag->data()[0],
-                      tag->data()[1], tag->data()[2], tag->data()[3]);
+        dump("\tWPA tag:\t\t\t0x%02X-0x%02X-0x%02X-0x%02X\n", tag->data()[0], tag->data()[1],
+             tag->data()[2], tag->data()[3]);
     if (const auto version = element.part(6, 2))
-        PRINTDEBUGMSG(dump_level, "\tVersion:\t\t\t%d\n", version->data()[0]);
+        dump("\tVersion:\t\t\t%d\n", version->data()[0]);
     suite_reader reader(element, wpa);
     read_suites(reader, wpa);
-    PRINTDEBUGMSG(dump_level, "\n");
+    dump("\n");
     return reader.bits() | WPA_PARSED;
 }
 
 unsigned int read_rsn_element(byte_view element) {
-    PRINTDEBUGMSG(dump_level, "RSN Information\n");
+    dump("RSN Information\n");
     print_head(element);
     if (const auto version = element.part(2, 2))
-        PRINTDEBUGMSG(dump_level, "\tVersion:\t\t\t%d\n", version->data()[0]);
+        dump("\tVersion:\t\t\t%d\n", version->data()[0]);
     suite_reader reader(element, rsn);
     read_suites(reader, rsn);
     if (const unsigned char* capabilities = reader.take(2))
-        PRINTDEBUGMSG(dump_level, "\tRSN Capabilities:\t\t0x%02X%02X\n\n", capabilities[0],
-                      capabilities[1]);
+        dump("\tRSN Capabilities:\t\t0x%02X%02X\n\n", capabilities[0], capabilities[1]);
     return reader.bits() | RSN_PARSED;
 }
 

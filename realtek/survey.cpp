@@ -81,7 +81,7 @@ int wext::do_site_survey(std::vector<sites>& list) {
     if (driver_scan(log, station_interface) != 0)
         return -1;
     const std::unique_ptr<scan_result_t[]> results(new (std::nothrow)
-                                                       scan_result_t[max_scan_results]());
+                                                       scan_result_t[max_scan_results]);
     if (results == nullptr)
         return -1;
     const int count = fetch_results(*this, log, results.get());

@@ -98,7 +98,7 @@ public:
 
     /// Waits for the results of a scan, 15 seconds at most, and reads them.
     /// @param log as in driver_scan().
-    /// @param results room for max_scan_results records, all zero.
+    /// @param results room for max_scan_results records.
     /// @return how many records were filled, or -1.
     int driver_get_scan_results(FILE* log, const char* ifname, scan_result_t* results);
 
