@@ -256,7 +256,7 @@ public:
 
     // --- Data
 
-    int debug_level;              ///< 0 quiet, else commands are traced to the console
+    int debug_level = 0;          ///< 0 quiet, else commands are traced to the console
     int sock = -1;                ///< socket of the driver requests, -1 when closed
     FILE* console;                ///< "/dev/console", opened for each command
     char ifname[64];              ///< current interface
