@@ -53,7 +53,8 @@ std::string json_place::text(std::size_t most) const {
 }
 
 int json_place::number(int low, int high) const {
-    if (!value_.is_number_integer() || value_ < low || value_ > high)
+    // As a double, since a number that fits no int compares wrongly with one.
+    if (!value_.is_number_integer() || value_.get<double>() < low || value_.get<double>() > high)
         refuse("a whole number from " + std::to_string(low) + " to " + std::to_string(high));
     return value_;
 }

@@ -8,7 +8,6 @@
 #include <cstring>
 #include <ctime>
 
-#include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/ioctl.h>
 #include <sys/mman.h>
@@ -22,19 +21,11 @@
 #include "sim/network_requests.h"
 #include "sim/paths.h"
 #include "sim/programs.h"
-
-#define SURFACE extern "C" __attribute__((visibility("default")))
+#include "sim/surface.h"
 
 namespace {
 
 constexpr std::int64_t second = 1000000;
-
-/// The next definition of a function that this file defines.
-template <typename function>
-function* next(function* /*like*/, const char* name) {
-    return reinterpret_cast<function*>(dlsym(RTLD_NEXT, name));
-}
-#define NEXT(name) next(::name, #name)
 
 bool on_camera() {
     return scratch_folder() != nullptr;

@@ -9,9 +9,8 @@
 #include <link.h>
 
 #include "sim/crossing.h"
+#include "sim/surface.h"
 
-#define SURFACE extern "C" __attribute__((visibility("default")))
-#define NEXT(name) reinterpret_cast<decltype(&::name)>(dlsym(RTLD_NEXT, #name))
 #define CALLER __builtin_return_address(0)
 
 namespace {
