@@ -175,7 +175,7 @@ std::string session(char outcome, bool& succeeded) {
     tell("wps", {outcome});
     tell("received", "anew");
     succeeded = output_of("wlanctl wps --timeout 25 >/dev/null && echo yes") == "yes";
-    const std::string look = "wlan0 query 4 0x0751\n";
+    const std::string look = "wlan0 query 0x0751 4 \n";
     std::string sent = received();
     for (std::size_t at = sent.find(look + look); at != std::string::npos;
          at = sent.find(look + look))
@@ -189,7 +189,7 @@ verdict push_button() {
     _wireless_setting stored{};
     if (!succeeded || cam_get_client(&stored) != 0)
         return {false, "the session failed after\n" + sent};
-    if (sent != session_start() + "wlan0 query 4 0x0751\nwlan0 profile 4096 \n")
+    if (sent != session_start() + "wlan0 query 0x0751 4 \nwlan0 profile 4096 \n")
         return {false, "the driver received\n" + sent};
     if (!becomes_true(5, [] { return exist("/run/network-asked") == 1; }))
         return {false, "the network script was not run"};
@@ -204,7 +204,7 @@ verdict push_button_fails() {
     const std::string before = output_of("cat /etc/camera.conf");
     bool succeeded = true;
     const std::string sent = session('1', succeeded);
-    if (sent != session_start() + "wlan0 query 4 0x0751\n" + set("wlan0", "WscStop=1"))
+    if (sent != session_start() + "wlan0 query 0x0751 4 \n" + set("wlan0", "WscStop=1"))
         return {false, "the driver received\n" + sent};
     return {!succeeded && output_of("cat /etc/camera.conf") == before,
             "stopped, and the store untouched"};

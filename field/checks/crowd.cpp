@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr int long_elements = 8;
+constexpr int long_elements = 3; // hostapd tells the kernel of them four times over, in one page
 constexpr int element_body = 250;
 
 /// Vendor-specific elements, in hexadecimal.
@@ -34,7 +34,7 @@ crowd::crowd() {
         config << "ssid=Crowd " << i << "\nvendor_elements=" << elements() << "\n";
     }
     config.close();
-    output_of("hostapd.debian -B -P /run/crowd.pid /run/crowd.conf");
+    output_of("hostapd.debian -B -P /run/crowd.pid /run/crowd.conf >/dev/console");
 }
 
 crowd::~crowd() {

@@ -3,7 +3,7 @@
 /// A radio full of neighbours, each with a long beacon, for as long as this lives.
 class crowd {
 public:
-    static constexpr int size = 16;
+    static constexpr int size = 32;
 
     crowd();
     crowd(const crowd&) = delete;

@@ -69,10 +69,10 @@ static int set(struct net_device* device, struct iw_request_info* info, union iw
 
 static int query(struct net_device* device, struct iw_request_info* info, union iwreq_data* data,
                  char* extra) {
-    char code[8];
+    char name[16];
     int32_t figure = 0;
-    snprintf(code, sizeof code, "0x%04x", data->data.flags);
-    received(device->name, "query", data->data.length, code);
+    snprintf(name, sizeof name, "query 0x%04x", data->data.flags);
+    received(device->name, name, data->data.length, "");
     const enum mtk_answer answer = mtk_radio_query(&radio, &air, data->data.flags, &figure);
     if (answer != MTK_DONE)
         return errno_of(answer);
