@@ -2,7 +2,15 @@
 
 include(CMakePackageConfigHelpers)
 
-install(TARGETS wlan EXPORT libwlan-targets)
+install(TARGETS wlan EXPORT libwlan-targets
+    LIBRARY NAMELINK_COMPONENT development
+    ARCHIVE COMPONENT development)
+install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR} RENAME copyright)
+if(LIBWLAN_TOOLS)
+    install(FILES tools/completion/wlanctl DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
+endif()
+
+set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME development)
 install(DIRECTORY include/libwlan DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN "*.h")
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/libwlan)
@@ -15,5 +23,10 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/libwlan-config.cmake
         DESTINATION ${package_dir})
 
 file(RELATIVE_PATH prefix_from_pc /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
+# libwlan.so brings its store along; who links libwlan.a names it (pkg-config --static).
+set(store_for_linker ${LIBWLAN_STORE})
+if(NOT store_for_linker MATCHES "^[-/]")
+    string(PREPEND store_for_linker -l)
+endif()
 configure_file(cmake/libwlan.pc.in libwlan.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/libwlan.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

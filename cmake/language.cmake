@@ -4,7 +4,11 @@ add_library(libwlan_language INTERFACE)
 add_library(libwlan::language ALIAS libwlan_language)
 target_compile_features(libwlan_language INTERFACE cxx_std_17 c_std_11)
 target_compile_options(libwlan_language INTERFACE
-    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
+option(LIBWLAN_WERROR "Let warnings fail the build; compilers to come will know more of them" ON)
+if(LIBWLAN_WERROR)
+    target_compile_options(libwlan_language INTERFACE -Werror)
+endif()
 
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_C_EXTENSIONS OFF)

@@ -43,9 +43,10 @@ public:
         return shell(command(arguments) + " <" + folder_ + "/in");
     }
 
-    [[nodiscard]] std::string command(const std::string& arguments) const {
-        return VCAMERA " --scene " + folder_ + "/scene.json --speed 0 --scratch " + folder_ + "/world -- " WLANCTL " " +
-               arguments;
+    /// @param speed of the camera's clock; 0 does not wait at all.
+    [[nodiscard]] std::string command(const std::string& arguments, const std::string& speed = "0") const {
+        return VCAMERA " --scene " + folder_ + "/scene.json --speed " + speed + " --scratch " + folder_ +
+               "/world -- " WLANCTL " " + arguments;
     }
 
     /// @return all that has crossed between the programs and the driver, daemons and files.
@@ -75,6 +76,49 @@ private:
     }
 
     std::string folder_;
+};
+
+/// A command in a terminal of its own.
+class terminal {
+public:
+    explicit terminal(const std::string& command) : child_(forkpty(&side_, nullptr, nullptr, nullptr)) {
+        if (child_ == 0) {
+            alarm(60); // so that nobody waits for ever
+            execl("/bin/sh", "sh", "-c", ("exec " + command).c_str(), nullptr);
+            _exit(127);
+        }
+    }
+    ~terminal() { close(side_); }
+    terminal(const terminal&) = delete;
+    terminal& operator=(const terminal&) = delete;
+
+    /// @return what it shows from here on, to this part or to its end.
+    std::string show(const std::string& part) const {
+        std::string shown;
+        for (char byte = 0; shown.find(part) == std::string::npos && read(side_, &byte, 1) == 1;) {
+            shown += byte;
+        }
+        return shown;
+    }
+
+    void press_ctrl_c() const { EXPECT_EQ(write(side_, "\x03", 1), 1); }
+
+    [[nodiscard]] bool shows_typing() const {
+        termios settings{};
+        tcgetattr(side_, &settings);
+        return (settings.c_lflag & ECHO) != 0;
+    }
+
+    /// @return the status with which it ended.
+    [[nodiscard]] int wait() const {
+        int status = -1;
+        EXPECT_EQ(waitpid(child_, &status, 0), child_);
+        return status;
+    }
+
+private:
+    int side_ = -1;
+    pid_t child_;
 };
 
 testing::AssertionResult has(const std::string& text, const std::string& part) {
@@ -122,6 +166,10 @@ TEST(Wlanctl, RefusesWhatCannotWorkBeforeAnythingIsTouched) {
         {"join Office --key-file -", "1234567\n", "8 to 63 characters"},
         {"join Office --key-file -", "office\nkey\n", "control characters"},
         {"join Office --enc wep --key-file -", "123456", "5 or 13 characters"},
+        {"wps --timeout 0", "", "range 1 to 3600"},
+        {"bbp eth0 66 1 1", "", "not in {ra0,wlan0,apclii0}"},
+        {"bbp ra0 66=1 1 1", "", "a register is a number"},
+        {"bbp ra0 66 0x1g 1", "", "Could not convert: VALUE"},
         {"ap start --ssid 'a\033b\\' --key short", "", R"("a\x1bb\x5c")"},
     };
     camera camera(mediatek);
@@ -137,7 +185,8 @@ TEST(Wlanctl, RefusesWhatTheAdapterCannotDo) {
     camera camera(realtek);
     for (const char* arguments :
          {"ap start --ssid Camera --enc wep --key 12345", "join Office --auth mixed --key 12345678",
-          "join Office --channel 6", "join Office --bssid 02:00:5e:00:00:01", "survey --no-trigger"}) {
+          "join Office --channel 6", "join Office --bssid 02:00:5e:00:00:01", "survey --no-trigger", "wps",
+          "bbp wlan0 66 1 1"}) {
         expect_refused(camera, arguments, "", "Realtek");
     }
     EXPECT_FALSE(has(camera.journal(), "conf"));
@@ -145,7 +194,7 @@ TEST(Wlanctl, RefusesWhatTheAdapterCannotDo) {
 
 TEST(Wlanctl, FailsWithoutAnAdapterAndChangesNothing) {
     camera camera(none);
-    for (const char* arguments : {"adapter", "status", "survey", "ap start --stored", "ap stop", "join Office",
+    for (const char* arguments : {"adapter", "status", "survey", "wps", "ap start --stored", "ap stop", "join Office",
                                   "repeat --ssid Office --ap-ssid Camera"}) {
         expect_no_adapter(camera, arguments);
     }
@@ -264,43 +313,98 @@ TEST(Wlanctl, SaysThatTheSurveyFailed) {
 
 TEST(Wlanctl, TellsATerminalThatItScans) {
     const camera camera(mediatek);
-    int terminal = -1;
-    const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
-    if (child == 0) {
-        execl("/bin/sh", "sh", "-c", camera.command("survey").c_str(), nullptr);
-        _exit(127);
-    }
-    std::string shown;
-    char bytes[256];
-    for (ssize_t count = 0; (count = read(terminal, bytes, sizeof bytes)) > 0;) {
-        shown.append(bytes, static_cast<std::size_t>(count));
-    }
-    EXPECT_EQ(waitpid(child, nullptr, 0), child);
-    close(terminal);
-    EXPECT_EQ(shown.rfind("Scanning", 0), 0) << shown;
-    EXPECT_TRUE(has(shown, "Office"));
+    const terminal terminal(camera.command("survey"));
+    EXPECT_EQ(terminal.show("\n"), "Scanning, for some seconds ...\r\n");
+    EXPECT_TRUE(has(terminal.show("Office"), "Office"));
+    EXPECT_EQ(terminal.wait(), 0);
 }
 
 TEST(Wlanctl, HidesTheKeyAsItIsTypedAndShowsTypingAgainAfterCtrlC) {
-    int terminal = -1;
-    const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
-    if (child == 0) {
-        execl(WLANCTL, "wlanctl", "join", "Office", "--auth", "wpa2psk", nullptr);
-        _exit(127);
-    }
-    char prompt[64] = {};
-    EXPECT_GT(read(terminal, prompt, sizeof prompt - 1), 0) << "no prompt";
-    termios settings{};
-    tcgetattr(terminal, &settings);
-    EXPECT_FALSE(settings.c_lflag & ECHO);
-
-    EXPECT_EQ(write(terminal, "\x03", 1), 1);
-    int status = 0;
-    EXPECT_EQ(waitpid(child, &status, 0), child);
+    const terminal terminal(WLANCTL " join Office --auth wpa2psk");
+    EXPECT_TRUE(has(terminal.show(": "), "Key for "));
+    EXPECT_FALSE(terminal.shows_typing());
+    terminal.press_ctrl_c();
+    const int status = terminal.wait();
     EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGINT);
-    tcgetattr(terminal, &settings);
-    EXPECT_TRUE(settings.c_lflag & ECHO);
-    close(terminal);
+    EXPECT_TRUE(terminal.shows_typing());
+}
+
+// Push-button WPS
+// --------------------------------------------------------------------------------------------------------------------
+
+const std::string router = R"({"ssid": "home", "bssid": "02:00:5e:00:00:01", "channel": 6, "security": "wpa2",
+    "key": "home-key-1", "button": true})";
+
+std::string button_scene(const std::string& routers, const std::string& more = "") {
+    return R"({"adapter": "mediatek", "wired": true, )" + more + R"("air": [)" + routers + "]}";
+}
+
+const std::string settings = "# kept\n[client] ; note\nssid = Old ; too\nkey = old-key-1\nauth = open\nenc = none\n"
+                             "odd = 1\nenabled = no\nbssid =\njoin = ssid\nchannel = 0\nkey_index = 1\n";
+const std::string obtained = "# kept\n[client] ; note\nssid = home ; too\nkey = home-key-1\nauth = wpa2psk\nenc = aes\n"
+                             "odd = 1\nenabled = yes\nbssid =\njoin = ssid\nchannel = 6\nkey_index = 1\n";
+
+TEST(Wlanctl, ObtainsANetworkByTheButtonAndKeepsTheRestOfTheStore) {
+    camera camera(button_scene(router));
+    camera.write("camera.conf", settings);
+    EXPECT_EQ(camera.wlanctl("wps"), 0);
+    EXPECT_EQ(camera.out, "done     network obtained and stored\nssid     home\nauth     wpa2psk\nenc      aes\n"
+                          "channel  6\nnext     see how it is doing with: wlanctl status\n");
+    EXPECT_TRUE(has(camera.err, "M8_RECEIVED]\nwlan0: WSC status:[STATUS_WSC_EAP_RSP_DONE_SENT]\n"));
+    EXPECT_FALSE(has(camera.out + camera.err, "home-key"));
+    EXPECT_EQ(camera.read("camera.conf"), obtained);
+    EXPECT_FALSE(has(camera.journal(), "WscStop"));
+    EXPECT_TRUE(has(camera.out, "mii_mgr -g -p 0 -r 01  -> 0\n"));
+}
+
+TEST(Wlanctl, SaysWhyTheButtonObtainedNothingAndLeavesTheStore) {
+    const struct {
+        std::string scene;
+        const char* arguments;
+        const char* err;
+        bool stopped = true;
+    } rows[] = {
+        {button_scene(""), "wps", "[STATUS_WSC_PBC_NO_AP]\nwlanctl: push-button session: no network obtained in 120 s"},
+        {button_scene(router + "," + router), "wps", "[STATUS_WSC_PBC_SESSION_OVERLAP]\nwlanctl: "},
+        {button_scene(router, R"("wps": "fails", )"), "wps", "[STATUS_WSC_FAIL]\nwlanctl: "},
+        {button_scene(router, R"("wps": "stalls", )"), "wps --timeout 3", "[STATUS_WSC_SCAN_AP]\nwlanctl: "},
+        {button_scene(router, R"("faults": [{"call": "ioctl", "match": "WscMode", "errno": "EIO"}], )"), "wps",
+         "set wsc failed\nwlanctl: push-button session: not started"},
+        {button_scene(router, R"("answers": {"profile": ["SSID=home"]}, )"), "wps", "makes no sense (-22)", false},
+        {button_scene(router), "wps",
+         "set client failed\nwlanctl: network obtained, but not stored: the store failed (-13)", false},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.err);
+        camera camera(row.scene);
+        camera.write("camera.conf", settings);
+        std::filesystem::create_directories(camera.path("camera.conf.new/in the way")); // no write succeeds
+        EXPECT_EQ(camera.wlanctl(row.arguments), 1);
+        EXPECT_EQ(camera.out, "");
+        EXPECT_TRUE(has(camera.err, row.err));
+        EXPECT_EQ(camera.read("camera.conf"), settings);
+        EXPECT_EQ(has(camera.journal(), "WscStop=1  -> ok"), row.stopped);
+    }
+}
+
+TEST(Wlanctl, StopsTheButtonsSessionOnCtrlC) {
+    camera camera(button_scene(router, R"("wps": "stalls", )"));
+    const terminal terminal(camera.command("wps", "1"));
+    EXPECT_TRUE(
+        has(terminal.show("\033[A\033[Kwlan0: WSC status:[STATUS_WSC_SCAN_AP]"), "Press the router's WPS button"));
+    terminal.press_ctrl_c();
+    EXPECT_TRUE(has(terminal.show("--stored"), "ended by a signal"));
+    EXPECT_EQ(WEXITSTATUS(terminal.wait()), 1);
+    EXPECT_TRUE(has(camera.journal(), "WscStop=1  -> ok"));
+}
+
+TEST(Wlanctl, ChangesBitsOfABasebandRegister) {
+    camera camera(R"({"adapter": "mediatek", "registers": {"66": "1f"}})");
+    EXPECT_EQ(camera.wlanctl("bbp wlan0 66 0x40 240"), 0);
+    EXPECT_EQ(camera.out, "done  register 66 of wlan0: changed\n");
+    EXPECT_TRUE(has(camera.journal(), "66=4f  -> ok"));
+    EXPECT_EQ(camera.wlanctl("bbp wlan0 fff 1 0xffffffff"), 1); // no register of the chip
+    EXPECT_TRUE(has(camera.err, "wlanctl: register fff of wlan0: not changed"));
 }
 
 } // namespace

@@ -12,7 +12,10 @@ class App;
 }
 
 void add_adapter_command(CLI::App& wlanctl, answer& result);
+void add_bbp_command(CLI::App& wlanctl, answer& result);
+void add_doctor_command(CLI::App& wlanctl, answer& result);
 void add_mode_commands(CLI::App& wlanctl, answer& result);
 void add_status_command(CLI::App& wlanctl, answer& result);
 void add_store_command(CLI::App& wlanctl, answer& result);
 void add_survey_command(CLI::App& wlanctl, answer& result);
+void add_wps_command(CLI::App& wlanctl, answer& result);

@@ -32,6 +32,8 @@ constexpr char examples[] = R"(Examples:
   wlanctl join Office --key-file /root/key      the key from a file
   echo "$KEY" | wlanctl join Office --key-file -
   wlanctl join -- -odd-name-                    a name that begins with a dash
+  wlanctl wps                                   a network by the router's WPS button
+  wlanctl doctor                                what the camera lacks
   wlanctl --json status | jq .interfaces
 
 Exit status: 0 done, 1 failed, 2 wrong usage. With --json the answer is one object on standard
@@ -96,8 +98,9 @@ int carry_out(int argc, char** argv, FILE* out) {
     wlanctl.fallthrough(); // so that --json may stand anywhere
     wlanctl.require_subcommand(1);
     wlanctl.add_flag("--json", "Answer with one JSON object");
-    for (const auto add : {add_adapter_command, add_survey_command, add_mode_commands,
-                           add_status_command, add_store_command}) {
+    for (const auto add :
+         {add_adapter_command, add_survey_command, add_mode_commands, add_wps_command,
+          add_status_command, add_store_command, add_bbp_command, add_doctor_command}) {
         add(wlanctl, result);
     }
     wlanctl.footer(examples); // last, since commands take over what stands here when they are added

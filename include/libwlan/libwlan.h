@@ -16,5 +16,6 @@
 #include "libwlan/sites.h"
 #include "libwlan/store.h"
 #include "libwlan/survey.h"
+#include "libwlan/version.h"
 #include "libwlan/wext.h"
 #include "libwlan/wlan.h"

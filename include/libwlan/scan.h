@@ -28,7 +28,7 @@ constexpr int max_scan_results = 256;
 
 /// One access point as the driver reported it.
 struct scan_result_t {
-    WIRELESS_MODE mode;
+    WIRELESS_MODE mode;       ///< what kind of station sent it
     unsigned char ssid[32];   ///< no terminator when all 32 bytes are used
     std::int32_t ssid_len;    ///< bytes before the first NUL
     char bssid[18];           ///< upper-case hexadecimal with colons

@@ -14,24 +14,24 @@
 
 /// Client (station, AP-client) block and access-point block in one record.
 struct _wireless_setting {
-    unsigned char client_enabled; ///< 1 once the client block holds a network
-    unsigned char own_1[1];
-    auth_from_cam client_auth;
-    unsigned char own_3[1];
-    enc_from_cam client_enc;
-    set_apcli_from_cam client_apcli_mode;
-    unsigned char own_6[2];
-    std::int32_t client_channel;    ///< 0 automatic, 1 to 14 2.4 GHz, 15 and above 5 GHz
-    char client_ssid[64];           ///< NUL-terminated
-    char client_bssid[32];          ///< NUL-terminated, six hexadecimal octets with colons
-    char client_key[256];           ///< NUL-terminated WEP key or WPA passphrase
-    unsigned char client_key_index; ///< WEP default key number
-    unsigned char own_365[2];
-    char ap_ssid[64]; ///< NUL-terminated
-    char ap_key[256]; ///< NUL-terminated
-    auth_from_cam ap_auth;
-    enc_from_cam ap_enc;
-    unsigned char own_689[7];
+    unsigned char client_enabled;         ///< 1 once the client block holds a network
+    unsigned char own_1[1];               ///< the store's
+    auth_from_cam client_auth;            ///< authentication mode of the network to join
+    unsigned char own_3[1];               ///< the store's
+    enc_from_cam client_enc;              ///< its cipher
+    set_apcli_from_cam client_apcli_mode; ///< how to join it
+    unsigned char own_6[2];               ///< the store's
+    std::int32_t client_channel;          ///< 0 automatic, 1 to 14 2.4 GHz, 15 and above 5 GHz
+    char client_ssid[64];                 ///< NUL-terminated
+    char client_bssid[32];                ///< NUL-terminated, six hexadecimal octets with colons
+    char client_key[256];                 ///< NUL-terminated WEP key or WPA passphrase
+    unsigned char client_key_index;       ///< WEP default key number
+    unsigned char own_365[2];             ///< the store's
+    char ap_ssid[64];                     ///< NUL-terminated
+    char ap_key[256];                     ///< NUL-terminated
+    auth_from_cam ap_auth;                ///< authentication mode of the access point
+    enc_from_cam ap_enc;                  ///< its cipher
+    unsigned char own_689[7];             ///< the store's
 };
 
 static_assert(offsetof(_wireless_setting, client_enabled) == 0);
@@ -55,7 +55,7 @@ struct _dhcp_server_setting {
     char server_address[32]; ///< the access-point interface's own address, router and DNS server
     char pool_start[32];     ///< first address given out
     char pool_end[32];       ///< last address given out
-    char subnet_mask[32];
+    char subnet_mask[32];    ///< of the access point's network
 };
 
 static_assert(offsetof(_dhcp_server_setting, server_address) == 0);
@@ -67,9 +67,9 @@ static_assert(sizeof(_dhcp_server_setting) == 128);
 /// The camera's identity. The store decides how long the record is; the room after the manufacturer
 /// is more than any store is known to fill.
 struct _system_setting {
-    unsigned char own_0[64];
-    char model_name[160];   ///< NUL-terminated
-    char manufacturer[800]; ///< NUL-terminated; the store's own bytes follow the text
+    unsigned char own_0[64]; ///< the store's
+    char model_name[160];    ///< NUL-terminated
+    char manufacturer[800];  ///< NUL-terminated; the store's own bytes follow the text
 };
 
 static_assert(offsetof(_system_setting, model_name) == 64);
@@ -79,7 +79,7 @@ static_assert(sizeof(_system_setting) == 1024);
 /// Follow-up actions for cam_set_client(); all bytes zero asks for none. As long as the store
 /// decides.
 struct _cam_actions {
-    unsigned char own_0[256];
+    unsigned char own_0[256]; ///< the store's
 };
 
 extern "C" {

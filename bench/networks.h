@@ -1,0 +1,6 @@
+#pragma once
+
+#include "sim/air.h"
+
+/// So many networks, AIR_MAX at most, as an office block has them: each has a name of its own.
+air networks(int64_t count);

@@ -1,0 +1,22 @@
+#include "sim/scene.h"
+
+#include <filesystem>
+
+#include <nlohmann/json.hpp>
+
+#include "fuzz/must.h"
+
+/// A scene's text: a camera is made of it, or it is refused with a word about where it is wrong.
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
+    static const std::string scratch = std::filesystem::temp_directory_path() / "fuzzed_camera";
+    const std::string text(data, data + size);
+    if (!nlohmann::json::accept(text))
+        return 0;
+    try {
+        make_camera(text, scratch);
+    } catch (const std::runtime_error&) {
+        return 0;
+    }
+    must(read_text(scratch + "/scene.json") == text);
+    return 0;
+}

@@ -1,0 +1,119 @@
+#include "tests/operations.h"
+
+#include <csignal>
+
+#include "libwlan/libwlan.h"
+
+namespace {
+
+char ssid[] = "Office";
+char bssid[] = "00:0c:43:10:20:01";
+char key[] = "correct horse";
+
+int join(int channel) {
+    return run_infra_mode(ssid, bssid, AUTH_WPA2PSK, ENC_TKIP_AES, key, channel, 1);
+}
+
+int repeat() {
+    return run_repeater_mode(ssid, AUTH_WPA2PSK, ENC_AES, key, ssid, bssid, AUTH_WPA2PSK, ENC_AES, key, 6);
+}
+
+int survey() {
+    std::vector<sites> list;
+    return run_site_survey(list);
+}
+
+int set_bits() {
+    char interface[] = "ra0";
+    char reg[] = "66";
+    return run_set_bbp(interface, reg, 0x40, 0xf0);
+}
+
+/// A whole push-button session, which is released however it ended.
+int push_button() {
+    wlan radio;
+    if (radio.init_wps() != 0)
+        return -1;
+    int result = radio.do_wps(0);
+    for (int look = 0; result == 0 && look < 20 && radio.does_it_finish(0) == 0; ++look) {
+    }
+    char interface[] = "wlan0";
+    if (result == 0)
+        result = radio.update_wsc_to_db_and_action(interface);
+    radio.does_network_need_to_act();
+    radio.stop_wps(0);
+    radio.release_wps();
+    return result;
+}
+
+int figures() {
+    WIFI_INFO info{};
+    return get_wifi_info(info);
+}
+
+int recommended_channel() {
+    int channel = 1;
+    return get_best_channel(&channel);
+}
+
+int dhcp_file() {
+    _dhcp_server_setting setting{};
+    return create_udhcpd_config("ra0", &setting);
+}
+
+constexpr const char* mtk = "mediatek";
+constexpr const char* realtek = "realtek";
+
+} // namespace
+
+std::string scene_for(const operation& operation, const std::string& faults) {
+    return std::string(R"({"adapter": ")") + operation.family + R"(", "best_channel": 6,
+        "files": {"/tmp/hostapd.pid": ["4711"], "/tmp/wpa_supplicant.pid": ["4712"], "/etc/camera.conf": [
+            "[access_point]", "ssid = Camera", "key = change-me-first", "auth = wpa2psk", "enc = aes",
+            "[client]", "ssid = Office", "key = correct horse", "auth = wpa2psk", "enc = aes",
+            "[dhcp_server]", "address = 192.168.10.1", "pool_start = 192.168.10.100",
+            "pool_end = 192.168.10.200", "netmask = 255.255.255.0",
+            "[system]", "model = Camera", "manufacturer = Example", "[region]", "band_2g = 5"]},
+        "air": [{"ssid": "Office", "bssid": "00:0c:43:10:20:01", "channel": 6, "security": "wpa2",
+                 "key": "correct horse", "button": true},
+                {"ssid": "Attic", "bssid": "00:0c:43:10:20:02", "channel": 36}],
+        "faults": )" +
+           faults + "}";
+}
+
+// The longest waits: a daemon has ten seconds to die, an interface a minute to come up, a scan five
+// times fifteen seconds.
+const std::vector<operation> operations = {
+    {"access point", mtk, {0, -1}, 0, 0, [] { return run_ap_mode(ssid, AUTH_WPA2PSK, ENC_AES, key); }},
+    {"station, 2.4 GHz", mtk, {0, -1}, 0, 0, [] { return join(6); }},
+    {"station, 5 GHz", mtk, {0, -1}, 0, 0, [] { return join(36); }},
+    {"station, automatic channel", mtk, {0, -1}, 0, 2, [] { return join(0); }},
+    {"repeater", mtk, {0, -1}, 0, 0, repeat},
+    {"stored access point", mtk, {0, -1}, 0, 10, run_ap_mode_base_db},
+    {"stored station", mtk, {0, -1}, 0, 2, run_infra_mode_base_db},
+    {"stored repeater", mtk, {0, -1}, 0, 2, run_repeater_mode_base_db},
+    {"stop", mtk, {0}, 0, 10, run_stop_ap_mode},
+    {"survey", mtk, {0, -1}, 0, 4, survey},
+    {"baseband register", mtk, {0, -1}, 0, 0, set_bits},
+    {"push button", mtk, {0, -1, -13, -22}, 0, 0, push_button},
+    {"radio figures", mtk, {0, -1, -22}, 0, 0, figures},
+    {"adapter family", mtk, {0, 1}, 0, 0, isMtkWifi},
+    {"associated", mtk, {0, 1}, 0, 0, [] { return does_wifi_associated("wlan0"); }},
+    {"channel of an association", mtk, {-1, 6}, 0, 0, [] { return get_wifi_channel("wlan0"); }},
+    {"channel", mtk, {-1, 1}, 1, 0, [] { return get_current_wifi_channel("wlan0"); }},
+    {"interface up", mtk, {1, -1}, 0, 0, [] { return does_ifup("ra0"); }},
+    {"interface exists", mtk, {1}, 0, 0, [] { return does_if_exist("ra0"); }},
+    {"wired link", mtk, {0, 1}, 0, 0, probe_link},
+    {"DHCP file", mtk, {0, -1}, 0, 0, dhcp_file},
+    {"touch", mtk, {0, 1}, 0, 0, [] { return touch("/tmp/touched"); }},
+    {"access point", realtek, {0, -1}, 0, 20, [] { return run_ap_mode(ssid, AUTH_WPA2PSK, ENC_AES, key); }},
+    {"station", realtek, {0, -1}, 0, 10, [] { return join(6); }},
+    {"repeater", realtek, {0, -1}, 0, 20, repeat},
+    {"stored access point", realtek, {0, -1}, 0, 30, run_ap_mode_base_db},
+    {"stored station", realtek, {0, -1}, 0, 10, run_infra_mode_base_db},
+    {"stored repeater", realtek, {0, -1}, 0, 20, run_repeater_mode_base_db},
+    {"stop", realtek, {0}, 0, 20, run_stop_ap_mode},
+    {"survey", realtek, {0, -1}, 0, 60 + 5 * 15 + 1, survey},
+    {"recommended channel", realtek, {1, 6}, 0, 0, recommended_channel},
+    {"signal to nobody", realtek, {0}, 0, 0, [] { return send_signal_ps("/tmp/none.pid", SIGTERM, 1); }},
+};
