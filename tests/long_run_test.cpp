@@ -1,0 +1,82 @@
+// Cameras run for years: thousands of requests in one process leave what one request leaves, and
+// nothing else.
+
+#include <cerrno>
+
+#include <sys/wait.h>
+
+#include "tests/camera_test.h"
+#include "tests/holdings.h"
+#include "tests/operations.h"
+
+namespace {
+
+constexpr int surveys = 5000;    // on each family
+constexpr int mode_changes = 72; // into each mode of each family: a thousand in all
+constexpr int changes_between_counts = 12;
+
+class long_run : public camera_test {
+protected:
+    /// Runs an operation again and again, with its waits on the camera's clock.
+    /// @return how many consoles each run left open.
+    int run(const operation& operation, int times) {
+        const holdings before = count_holdings();
+        const auto repeat = [&] {
+            int results = 0;
+            for (int i = 0; i < times; ++i)
+                results |= operation.run();
+            return results;
+        };
+        EXPECT_EQ(watch(repeat).result, 0);
+        const holdings after = count_holdings();
+        const int consoles = after.consoles - before.consoles;
+        EXPECT_EQ(after.sockets - before.sockets, operation.keeps * times);
+        EXPECT_EQ(consoles % times, 0);
+        EXPECT_EQ(after.others, before.others);
+        EXPECT_LE(after.heap, before.heap + static_cast<std::size_t>(consoles) * heap_of_a_stream());
+        EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
+        EXPECT_EQ(errno, ECHILD);
+        close_what_stays();
+        return consoles / times;
+    }
+};
+
+bool is_mode(const operation& operation) {
+    const std::string name = operation.name;
+    for (const char* mode : {"access point", "station", "repeater"})
+        if (name.find(mode) != std::string::npos)
+            return true;
+    return false;
+}
+
+TEST_F(long_run, ten_thousand_surveys_leave_nothing) {
+    for (const operation& operation : operations) {
+        if (operation.name != std::string("survey"))
+            continue;
+        SCOPED_TRACE(operation.family);
+        plug_in(scene_for(operation));
+        watch(operation.run); // libc keeps a little at the first time
+        EXPECT_EQ(run(operation, surveys), 0);
+    }
+}
+
+TEST_F(long_run, a_thousand_mode_changes_leave_their_consoles) {
+    int changes = 0;
+    for (const operation& operation : operations) {
+        if (!is_mode(operation))
+            continue;
+        SCOPED_TRACE(std::string(operation.family) + " " + operation.name);
+        plug_in(scene_for(operation));
+        watch(operation.run);
+        close_what_stays();
+        int left = 0;
+        for (int i = 0; i < mode_changes; i += changes_between_counts)
+            left = run(operation, changes_between_counts);
+        changes += mode_changes;
+        std::printf("%-9s %-27s %2d consoles stay open\n", operation.family, operation.name, left);
+    }
+    std::printf("%d mode changes\n", changes);
+    EXPECT_GE(changes, 1000);
+}
+
+} // namespace
