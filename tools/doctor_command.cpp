@@ -53,7 +53,7 @@ std::string find(const need& need) {
     const char* path = std::getenv("PATH");
     std::istringstream folders(path != nullptr ? path : "/sbin:/usr/sbin:/bin:/usr/bin");
     for (std::string folder; std::getline(folders, folder, ':');) {
-        const std::string file = folder + "/" + need.what;
+        std::string file = folder + "/" + need.what;
         if (access(file.c_str(), need.access) == 0) {
             return file;
         }
