@@ -1,4 +1,4 @@
-# What `cmake --install` lays down: the library, its headers, a pkg-config file and a CMake package.
+# What `cmake --install` lays down: the library, its headers, manual pages, a pkg-config file and a CMake package.
 
 include(CMakePackageConfigHelpers)
 
@@ -11,6 +11,10 @@ if(LIBWLAN_TOOLS)
 endif()
 
 set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME development)
+foreach(page wlanctl.8 vcamera.1 libwlan.3 camera.conf.5)
+    string(REGEX MATCH "[0-9]$" section ${page})
+    install(FILES docs/man/${page} DESTINATION ${CMAKE_INSTALL_MANDIR}/man${section})
+endforeach()
 install(DIRECTORY include/libwlan DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN "*.h")
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/libwlan)

@@ -150,15 +150,18 @@ verdict survey(char layout) {
     tell("survey_layout", {layout});
     tell("received", "anew");
     std::vector<sites> list;
+    const std::uint32_t started = clock_time();
     if (run_site_survey(list) != 0 || list.size() != 2)
         return {false, std::to_string(list.size()) + " listed"};
+    const std::uint32_t took = clock_time() - started;
     const bool same = std::strcmp(list[0].ssid, ssid) == 0 &&
                       std::strcmp(list[0].bssid, bssid) == 0 && list[0].channel == 6 &&
                       std::strcmp(list[0].encryption, "AES") == 0 &&
                       std::strcmp(list[1].ssid, "Caf\xc3\xa9 \"5\"") == 0 && list[1].channel == 36;
     // iwpriv counts the text's terminator.
     const bool asked = received() == "ra0 set 13 SiteSurvey=1\nra0 survey 8192 \n";
-    return {same && asked, std::string(list[0].ssid) + " and " + list[1].ssid};
+    return {same && asked, std::string(list[0].ssid) + " and " + list[1].ssid + ", in " +
+                               std::to_string(took) + " ms"};
 }
 
 std::string session_start() {
@@ -171,10 +174,10 @@ std::string session_start() {
 
 /// Runs `wlanctl wps` while the driver has sessions end in a given way.
 /// @return what the driver received, with one line for all looks at the status.
-std::string session(char outcome, bool& succeeded) {
+std::string session(char outcome, const std::string& seconds, bool& succeeded) {
     tell("wps", {outcome});
     tell("received", "anew");
-    succeeded = output_of("wlanctl wps --timeout 25 >/dev/null && echo yes") == "yes";
+    succeeded = output_of("wlanctl wps --timeout " + seconds + " >/dev/null && echo yes") == "yes";
     const std::string look = "wlan0 query 0x0751 4 \n";
     std::string sent = received();
     for (std::size_t at = sent.find(look + look); at != std::string::npos;
@@ -185,7 +188,7 @@ std::string session(char outcome, bool& succeeded) {
 
 verdict push_button() {
     bool succeeded = false;
-    const std::string sent = session('0', succeeded);
+    const std::string sent = session('0', "60", succeeded);
     _wireless_setting stored{};
     if (!succeeded || cam_get_client(&stored) != 0)
         return {false, "the session failed after\n" + sent};
@@ -203,7 +206,7 @@ verdict push_button() {
 verdict push_button_fails() {
     const std::string before = output_of("cat /etc/camera.conf");
     bool succeeded = true;
-    const std::string sent = session('1', succeeded);
+    const std::string sent = session('1', "11", succeeded);
     if (sent != session_start() + "wlan0 query 0x0751 4 \n" + set("wlan0", "WscStop=1"))
         return {false, "the driver received\n" + sent};
     return {!succeeded && output_of("cat /etc/camera.conf") == before,

@@ -49,6 +49,17 @@ static int get_frequency(struct net_device* device, struct iw_request_info* info
     return 0;
 }
 
+/* The stock iwgetid asks for no channel of a driver that tells nothing of its range. */
+static int get_range(struct net_device* device, struct iw_request_info* info,
+                     union iwreq_data* data, char* extra) {
+    struct iw_range* range = (struct iw_range*)extra;
+    memset(range, 0, sizeof *range);
+    range->we_version_compiled = WIRELESS_EXT;
+    range->we_version_source = WIRELESS_EXT;
+    data->data.length = sizeof *range;
+    return 0;
+}
+
 static struct iw_statistics* get_statistics(struct net_device* device) {
     static struct iw_statistics statistics;
     const int level = mtk_radio_level(&radio, &air);
@@ -116,6 +127,7 @@ static int baseband(struct net_device* device, struct iw_request_info* info, uni
 static const iw_handler standard[] = {
     IW_HANDLER(SIOCGIWAP, get_access_point),
     IW_HANDLER(SIOCGIWFREQ, get_frequency),
+    IW_HANDLER(SIOCGIWRANGE, get_range),
 };
 static const iw_handler private[] = {
     [1] = query, [2] = set, [3] = baseband, [9] = give_text, [13] = give_text};
