@@ -70,26 +70,35 @@ extern "C" void* malloc(std::size_t size) noexcept {
     return counted(__libc_malloc(size), 0, __builtin_return_address(0));
 }
 
-extern "C" void* calloc(std::size_t count, std::size_t size) noexcept {
-    return counted(__libc_calloc(count, size), 0, __builtin_return_address(0));
+extern "C" void* calloc(std::size_t nmemb, std::size_t size) noexcept {
+    return counted(__libc_calloc(nmemb, size), 0, __builtin_return_address(0));
 }
 
-extern "C" void* realloc(void* memory, std::size_t size) noexcept {
-    const std::size_t before = malloc_usable_size(memory);
-    return counted(__libc_realloc(memory, size), before, __builtin_return_address(0));
+extern "C" void* realloc(void* ptr, std::size_t size) noexcept {
+    const std::size_t before = malloc_usable_size(ptr);
+    return counted(__libc_realloc(ptr, size), before, __builtin_return_address(0));
 }
 
-extern "C" void free(void* memory) noexcept {
-    counted(nullptr, malloc_usable_size(memory), __builtin_return_address(0));
-    __libc_free(memory);
+extern "C" void free(void* ptr) noexcept {
+    counted(nullptr, malloc_usable_size(ptr), __builtin_return_address(0));
+    __libc_free(ptr);
 }
 
 void* operator new(std::size_t size) {
     return counted(__libc_malloc(size), 0, __builtin_return_address(0));
 }
 
+void* operator new[](std::size_t size) {
+    return counted(__libc_malloc(size), 0, __builtin_return_address(0));
+}
+
 void* operator new[](std::size_t size, const std::nothrow_t& /*no_throw*/) noexcept {
     return counted(__libc_malloc(size), 0, __builtin_return_address(0));
+}
+
+void operator delete(void* memory) noexcept {
+    counted(nullptr, malloc_usable_size(memory), __builtin_return_address(0));
+    __libc_free(memory);
 }
 
 void operator delete(void* memory, std::size_t /*size*/) noexcept {

@@ -88,11 +88,10 @@ static_assert(std::size(end_names) == 14);
 
 /// The code's name, or its number when it has none.
 void name_status(std::int32_t code, char* name, std::size_t size) {
-    const std::int32_t end = code - first_end;
     if (code >= 0 && code < std::int32_t{std::size(session_names)})
         cut_text(name, size, "%s", session_names[code]);
-    else if (code > first_end && end < std::int32_t{std::size(end_names)})
-        cut_text(name, size, "%s", end_names[end]);
+    else if (code > first_end && code < first_end + std::int32_t{std::size(end_names)})
+        cut_text(name, size, "%s", end_names[code - first_end]);
     else
         cut_text(name, size, "%d", code);
 }

@@ -108,8 +108,8 @@ verdict repeater() {
 }
 
 /// Two access points, the first of which lets the station of these checks in.
-verdict driver_is_ready() {
-    output_of("ifconfig ra0 up");
+/// @param pressed how many of their buttons for push-button set-up are.
+void fill_air(int pressed) {
     air points{};
     points.count = 2;
     for (int i = 0; i < points.count; ++i) {
@@ -121,14 +121,19 @@ verdict driver_is_ready() {
         point.bssid[5] = static_cast<std::uint8_t>(i + 1);
         point.security = i == 0 ? AIR_WPA2 : AIR_OPEN;
         point.cipher = i == 0 ? AIR_AES : AIR_PLAIN;
-        point.button = i == 0;
+        point.button = i < pressed;
         point.mode = AIR_MASTER;
         point.quality = static_cast<std::uint8_t>(80 - i);
         point.level = static_cast<std::int8_t>(-40 - i);
-        point.mhz = static_cast<std::uint16_t>(i == 0 ? 2437 : 5180);
+        point.mhz = static_cast<std::uint16_t>(i == 0 ? 2437 : pressed == 2 ? 2412 : 5180);
         std::memcpy(point.key, key, sizeof key);
     }
     tell("air", {reinterpret_cast<const char*>(&points), sizeof points});
+}
+
+verdict driver_is_ready() {
+    output_of("ifconfig ra0 up");
+    fill_air(1);
     return {does_ifup("ra0") == 1, "ra0 is up, with two access points in the air"};
 }
 
@@ -174,10 +179,10 @@ std::string session_start() {
 
 /// Runs `wlanctl wps` while the driver has sessions end in a given way.
 /// @return what the driver received, with one line for all looks at the status.
-std::string session(char outcome, const std::string& seconds, bool& succeeded) {
+std::string session(char outcome, const std::string& command, bool& succeeded) {
     tell("wps", {outcome});
     tell("received", "anew");
-    succeeded = output_of("wlanctl wps --timeout " + seconds + " >/dev/null && echo yes") == "yes";
+    succeeded = output_of(command + " >/dev/null 2>/run/said && echo yes") == "yes";
     const std::string look = "wlan0 query 0x0751 4 \n";
     std::string sent = received();
     for (std::size_t at = sent.find(look + look); at != std::string::npos;
@@ -188,7 +193,7 @@ std::string session(char outcome, const std::string& seconds, bool& succeeded) {
 
 verdict push_button() {
     bool succeeded = false;
-    const std::string sent = session('0', "60", succeeded);
+    const std::string sent = session('0', "wlanctl wps", succeeded);
     _wireless_setting stored{};
     if (!succeeded || cam_get_client(&stored) != 0)
         return {false, "the session failed after\n" + sent};
@@ -204,13 +209,29 @@ verdict push_button() {
 }
 
 verdict push_button_fails() {
+    const struct {
+        char outcome;
+        int pressed;
+        const char* command;
+        const char* status;
+    } endings[] = {
+        {'1', 1, "wlanctl wps --timeout 11", "[STATUS_WSC_FAIL]"},
+        {'0', 0, "wlanctl wps --timeout 5", "[STATUS_WSC_PBC_NO_AP]"},
+        {'0', 2, "wlanctl wps --timeout 4", "[STATUS_WSC_PBC_SESSION_OVERLAP]"},
+        {'2', 1, "timeout -s INT 4 wlanctl wps", "[STATUS_WSC_SCAN_AP]"}, // goes on for ever
+    };
     const std::string before = output_of("cat /etc/camera.conf");
-    bool succeeded = true;
-    const std::string sent = session('1', "11", succeeded);
-    if (sent != session_start() + "wlan0 query 0x0751 4 \n" + set("wlan0", "WscStop=1"))
-        return {false, "the driver received\n" + sent};
-    return {!succeeded && output_of("cat /etc/camera.conf") == before,
-            "stopped, and the store untouched"};
+    for (const auto& ending : endings) {
+        fill_air(ending.pressed);
+        bool succeeded = true;
+        const std::string sent = session(ending.outcome, ending.command, succeeded);
+        if (sent != session_start() + "wlan0 query 0x0751 4 \n" + set("wlan0", "WscStop=1"))
+            return {false, std::string(ending.status) + ": the driver received\n" + sent};
+        if (succeeded || output_of("cat /run/said").find(ending.status) == std::string::npos)
+            return {false, output_of("cat /run/said")};
+    }
+    return {output_of("cat /etc/camera.conf") == before,
+            "four endings, each stopped, and the store untouched"};
 }
 
 verdict baseband_register() {
@@ -234,7 +255,7 @@ constexpr check checks[] = {
     {"mediatek: survey, first layout", [] { return survey('1'); }},
     {"mediatek: survey, second layout", [] { return survey('2'); }},
     {"mediatek: push button, from start to stored settings", push_button},
-    {"mediatek: push button, a session that fails", push_button_fails},
+    {"mediatek: push button, sessions that fail", push_button_fails},
     {"mediatek: baseband register", baseband_register},
 };
 

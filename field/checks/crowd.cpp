@@ -13,7 +13,7 @@
 namespace {
 
 constexpr int long_elements = 3; // hostapd tells the kernel of them four times over, in one page
-constexpr int element_body = 250;
+constexpr std::size_t element_body = 250;
 
 /// Vendor-specific elements, in hexadecimal.
 std::string elements() {
