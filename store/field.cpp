@@ -16,16 +16,21 @@ namespace {
 using store::field;
 using store::form;
 
+template <typename number>
+std::optional<number> number_from(const std::string& value) {
+    number result = 0;
+    const char* end = value.data() + value.size();
+    const auto [stop, error] = std::from_chars(value.data(), end, result);
+    return stop == end && error == std::errc() ? std::optional(result) : std::nullopt;
+}
+
 std::optional<unsigned char> byte_from(const field& field, const std::string& value) {
     for (const store::word& word : field.words) {
         if (value == word.name) {
             return word.value;
         }
     }
-    unsigned char byte = 0;
-    const char* end = value.data() + value.size();
-    const auto [stop, error] = std::from_chars(value.data(), end, byte);
-    return stop == end && error == std::errc() ? std::optional(byte) : std::nullopt;
+    return number_from<unsigned char>(value);
 }
 
 bool is_bssid(const std::string& value) {
@@ -46,7 +51,7 @@ bool is_ipv4(const std::string& value) {
 
 // Both ways of filling a place return what is wrong with the value, empty when nothing is.
 
-std::string put_number(const field& field, const std::string& value, char* place) {
+std::string put_byte(const field& field, const std::string& value, char* place) {
     const auto byte = byte_from(field, value);
     if (!byte) {
         std::string words;
@@ -56,9 +61,16 @@ std::string put_number(const field& field, const std::string& value, char* place
         return '"' + value + "\" is " + words + (words.empty() ? "" : " and ") +
                "no whole number from 0 to 255";
     }
-    const std::int32_t number = *byte;
-    field.kind == form::byte ? std::memcpy(place, &*byte, sizeof *byte)
-                             : std::memcpy(place, &number, sizeof number);
+    std::memcpy(place, &*byte, sizeof *byte);
+    return "";
+}
+
+std::string put_number(const field& /*field*/, const std::string& value, char* place) {
+    const auto number = number_from<std::int32_t>(value);
+    if (!number) {
+        return '"' + value + "\" is no whole number of 32 bits";
+    }
+    std::memcpy(place, &*number, sizeof *number);
     return "";
 }
 
@@ -93,8 +105,10 @@ void store::read_section(const config_file& file, const section& section, need n
                         R"(is no text in quotes with only \" \\ \n and \xHH as escapes)");
         }
         char* place = static_cast<char*>(record) + field.offset;
-        const bool number = field.kind == form::byte || field.kind == form::number;
-        const std::string problem = (number ? put_number : put_text)(field, *value, place);
+        const auto put = field.kind == form::byte     ? put_byte
+                         : field.kind == form::number ? put_number
+                                                      : put_text;
+        const std::string problem = put(field, *value, place);
         if (!problem.empty()) {
             file.reject(entry, section.name, field.key, problem);
         }

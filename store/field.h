@@ -16,7 +16,7 @@ struct word {
 
 enum class form {
     byte,   ///< an unsigned byte: one of the field's words, or 0 to 255
-    number, ///< a 32-bit integer: 0 to 255
+    number, ///< a 32-bit integer: push-button set-up stores error numbers as channels, too
     text,   ///< NUL-terminated
     bssid,  ///< text: nothing, or six hexadecimal octets with colons
     ipv4,   ///< text: a dotted address

@@ -1,10 +1,13 @@
 #include "tests/camera_test.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <ostream>
 #include <set>
 
+#include "libwlan/sites.h"
 #include "sim/camera.h"
 
 namespace fs = std::filesystem;
@@ -21,6 +24,15 @@ const std::set<std::string> housekeeping = {"access", "open", "socket", "unlink"
 
 } // namespace
 
+bool operator==(const outcome& one, const outcome& other) {
+    return one.result == other.result && one.out == other.out && one.err == other.err && one.opened == other.opened;
+}
+
+std::ostream& operator<<(std::ostream& stream, const outcome& outcome) {
+    return stream << outcome.result << ", out \"" << outcome.out << "\", err \"" << outcome.err << "\", "
+                  << outcome.opened << " opened";
+}
+
 camera_test::camera_test() : folder(new_folder()) {}
 
 camera_test::~camera_test() {
@@ -31,7 +43,7 @@ void camera_test::plug_in(const std::string& scene) {
     vcamera::start(scene, folder);
 }
 
-lines camera_test::said() const {
+lines camera_test::said(std::size_t last) const {
     lines said;
     for (const vcamera::line& line : vcamera::journal(folder)) {
         if (housekeeping.count(line.request) != 0)
@@ -45,7 +57,7 @@ lines camera_test::said() const {
             sentence += " = " + line.answer;
         said.push_back(sentence);
     }
-    return said;
+    return {said.end() - static_cast<std::ptrdiff_t>(std::min(last, said.size())), said.end()};
 }
 
 std::string camera_test::read(const std::string& path) const {
@@ -64,4 +76,19 @@ bool camera_test::exists(const std::string& path) const {
 
 int open_descriptors() {
     return static_cast<int>(std::distance(fs::directory_iterator("/proc/self/fd"), {}));
+}
+
+lines names(const std::vector<sites>& list) {
+    lines names;
+    for (const sites& site : list)
+        names.emplace_back(site.ssid);
+    return names;
+}
+
+lines told(const std::vector<sites>& list) {
+    lines told;
+    for (const sites& site : list)
+        told.push_back(print("%s|%s|%s|%s|%s|%d|%d|%d", site.ssid, site.bssid, site.encryption, site.authentication,
+                             site.network_type, site.channel, site.rssi, site.signal));
+    return told;
 }

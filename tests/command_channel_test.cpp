@@ -16,39 +16,23 @@ protected:
     std::string ra0 = "ra0";
 };
 
-TEST_F(command_channel, quiet_command_leaves_its_console_stream_open) {
-    ASSERT_EQ(radio.init(), 0);
-    radio.set_interface(text(ra0));
-    const int before = open_descriptors();
-    std::string command = "RadioOn=1";
-    EXPECT_EQ(radio.simple_set_private(text(command)), 0);
-    EXPECT_EQ(open_descriptors(), before + 1);
-    EXPECT_EQ(read("/dev/console"), "");
-    EXPECT_EQ(said(), lines{"ra0 set RadioOn=1"});
-    std::fclose(radio.console);
-}
-
-TEST_F(command_channel, debug_level_traces_commands_in_blue) {
-    write("/tmp/debug_level", "1\n");
-    ASSERT_EQ(radio.init(), 0);
-    radio.set_interface(text(ra0));
-    const int before = open_descriptors();
-    std::string command = "RadioOn=1";
-    EXPECT_EQ(radio.simple_set_private(text(command)), 0);
-    EXPECT_EQ(read("/dev/console"), "\033[1;34m1234 iwpriv ra0 set RadioOn=1\033[0m\n");
-    EXPECT_EQ(open_descriptors(), before);
-
+TEST_F(command_channel, debug_level_traces_commands_in_blue_and_a_quiet_one_leaves_its_console_open) {
+    const std::pair<const char*, const char*> traces[] = {{"0", ""},
+                                                          {"1\n", "\033[1;34m1234 iwpriv ra0 set RadioOn=1\033[0m\n"}};
+    for (const auto& [level, trace] : traces) {
+        write("/tmp/debug_level", level);
+        ASSERT_EQ(radio.init(), 0);
+        radio.set_interface(text(ra0));
+        std::string command = "RadioOn=1";
+        EXPECT_EQ(watch([&] { return radio.simple_set_private(text(command)); }).opened, *trace == '\0' ? 1 : 0);
+        EXPECT_EQ(read("/dev/console"), trace);
+        EXPECT_EQ(said().back(), "ra0 set RadioOn=1");
+    }
     std::string survey = "SiteSurvey=1";
     std::string up = "up";
-    const outcome tools = watch([&] {
-        radio.ifconfig(text(ra0), text(up));
-        return radio.command_set_private(text(survey));
-    });
-    EXPECT_EQ(tools.result, 0);
-    EXPECT_EQ(tools.err, "ifconfig ra0 up\niwpriv ra0 set SiteSurvey=1\n");
-    const lines ran = said();
-    EXPECT_EQ(ran[1], "system ifconfig ra0 up");
-    EXPECT_EQ(ran[2], "system iwpriv ra0 set SiteSurvey=1");
+    const auto tools = [&] { return radio.ifconfig(text(ra0), text(up)) | radio.command_set_private(text(survey)); };
+    EXPECT_EQ(watch(tools), (outcome{0, "", "ifconfig ra0 up\niwpriv ra0 set SiteSurvey=1\n"}));
+    EXPECT_EQ(said(2), (lines{"system ifconfig ra0 up", "system iwpriv ra0 set SiteSurvey=1"}));
 }
 
 TEST_F(command_channel, request_carries_the_text_without_its_terminator) {
@@ -96,9 +80,8 @@ TEST_F(command_channel, overlong_names_stay_inside_their_fields) {
 TEST_F(command_channel, init_without_a_socket_says_so) {
     plug_in(R"({"adapter": "mediatek", "faults": [{"call": "socket", "times": 0, "errno": "EMFILE"}]})");
     wext realtek;
-    const outcome both = watch([&] { return radio.init() + realtek.init(true); });
-    EXPECT_EQ(both.result, -2);
-    EXPECT_EQ(both.err, "iw_socket: Too many open files\niw_socket: Too many open files\n");
+    EXPECT_EQ(watch([&] { return radio.init() + realtek.init(true); }),
+              (outcome{-2, "", "iw_socket: Too many open files\niw_socket: Too many open files\n"}));
 }
 
 } // namespace

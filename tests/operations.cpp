@@ -9,9 +9,15 @@ namespace {
 char ssid[] = "Office";
 char bssid[] = "00:0c:43:10:20:01";
 char key[] = "correct horse";
+char ra0[] = "ra0";
+char wlan0[] = "wlan0";
+char reg[] = "66";
+int channel = 1;
+WIFI_INFO info;
+_dhcp_server_setting dhcp;
 
-int join(int channel) {
-    return run_infra_mode(ssid, bssid, AUTH_WPA2PSK, ENC_TKIP_AES, key, channel, 1);
+int join(int on_channel) {
+    return run_infra_mode(ssid, bssid, AUTH_WPA2PSK, ENC_TKIP_AES, key, on_channel, 1);
 }
 
 int repeat() {
@@ -23,12 +29,6 @@ int survey() {
     return run_site_survey(list);
 }
 
-int set_bits() {
-    char interface[] = "ra0";
-    char reg[] = "66";
-    return run_set_bbp(interface, reg, 0x40, 0xf0);
-}
-
 /// A whole push-button session, which is released however it ended.
 int push_button() {
     wlan radio;
@@ -37,28 +37,12 @@ int push_button() {
     int result = radio.do_wps(0);
     for (int look = 0; result == 0 && look < 20 && radio.does_it_finish(0) == 0; ++look) {
     }
-    char interface[] = "wlan0";
     if (result == 0)
-        result = radio.update_wsc_to_db_and_action(interface);
+        result = radio.update_wsc_to_db_and_action(wlan0);
     radio.does_network_need_to_act();
     radio.stop_wps(0);
     radio.release_wps();
     return result;
-}
-
-int figures() {
-    WIFI_INFO info{};
-    return get_wifi_info(info);
-}
-
-int recommended_channel() {
-    int channel = 1;
-    return get_best_channel(&channel);
-}
-
-int dhcp_file() {
-    _dhcp_server_setting setting{};
-    return create_udhcpd_config("ra0", &setting);
 }
 
 constexpr const char* mtk = "mediatek";
@@ -94,9 +78,9 @@ const std::vector<operation> operations = {
     {"stored repeater", mtk, {0, -1}, 0, 2, run_repeater_mode_base_db},
     {"stop", mtk, {0}, 0, 10, run_stop_ap_mode},
     {"survey", mtk, {0, -1}, 0, 4, survey},
-    {"baseband register", mtk, {0, -1}, 0, 0, set_bits},
+    {"baseband register", mtk, {0, -1}, 0, 0, [] { return run_set_bbp(ra0, reg, 0x40, 0xf0); }},
     {"push button", mtk, {0, -1, -13, -22}, 0, 0, push_button},
-    {"radio figures", mtk, {0, -1, -22}, 0, 0, figures},
+    {"radio figures", mtk, {0, -1, -22}, 0, 0, [] { return get_wifi_info(info); }},
     {"adapter family", mtk, {0, 1}, 0, 0, isMtkWifi},
     {"associated", mtk, {0, 1}, 0, 0, [] { return does_wifi_associated("wlan0"); }},
     {"channel of an association", mtk, {-1, 6}, 0, 0, [] { return get_wifi_channel("wlan0"); }},
@@ -104,7 +88,7 @@ const std::vector<operation> operations = {
     {"interface up", mtk, {1, -1}, 0, 0, [] { return does_ifup("ra0"); }},
     {"interface exists", mtk, {1}, 0, 0, [] { return does_if_exist("ra0"); }},
     {"wired link", mtk, {0, 1}, 0, 0, probe_link},
-    {"DHCP file", mtk, {0, -1}, 0, 0, dhcp_file},
+    {"DHCP file", mtk, {0, -1}, 0, 0, [] { return create_udhcpd_config(ra0, &dhcp); }},
     {"touch", mtk, {0, 1}, 0, 0, [] { return touch("/tmp/touched"); }},
     {"access point", realtek, {0, -1}, 0, 20, [] { return run_ap_mode(ssid, AUTH_WPA2PSK, ENC_AES, key); }},
     {"station", realtek, {0, -1}, 0, 10, [] { return join(6); }},
@@ -114,6 +98,6 @@ const std::vector<operation> operations = {
     {"stored repeater", realtek, {0, -1}, 0, 20, run_repeater_mode_base_db},
     {"stop", realtek, {0}, 0, 20, run_stop_ap_mode},
     {"survey", realtek, {0, -1}, 0, 60 + 5 * 15 + 1, survey},
-    {"recommended channel", realtek, {1, 6}, 0, 0, recommended_channel},
+    {"recommended channel", realtek, {1, 6}, 0, 0, [] { return get_best_channel(&channel); }},
     {"signal to nobody", realtek, {0}, 0, 0, [] { return send_signal_ps("/tmp/none.pid", SIGTERM, 1); }},
 };

@@ -1,6 +1,7 @@
 #include "tests/camera_test.h"
 
 #include <csignal>
+#include <filesystem>
 
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -37,15 +38,12 @@ TEST_F(process, signal_ends_a_daemon_and_removes_its_pid_file) {
 
 TEST_F(process, daemon_that_will_not_die_is_reported_after_ten_seconds) {
     start_daemon(R"({"adapter": "realtek", "stubborn": ["hostapd"]})");
-    const outcome stop = watch([] { return send_signal_ps(pid_file, SIGTERM, 1); });
-    EXPECT_EQ(stop.result, -1);
-    EXPECT_EQ(stop.out, "Can not kill process ID " + pid + ", pidfile=/tmp/hostapd.pid, signal=15\n");
+    EXPECT_EQ(watch([] { return send_signal_ps(pid_file, SIGTERM, 1); }),
+              (outcome{-1, "Can not kill process ID " + pid + ", pidfile=/tmp/hostapd.pid, signal=15\n", ""}));
     EXPECT_TRUE(exists(pid_file));
     lines expected = {"system hostapd -B /tmp/hostapd.conf -P /tmp/hostapd.pid", pid + " kill 15"};
-    for (int poll = 0; poll < 10; ++poll) {
-        expected.push_back(pid + " kill 0");
-        expected.push_back("- sleep 1 s");
-    }
+    for (int poll = 0; poll < 10; ++poll)
+        expected = expected + lines{pid + " kill 0", "- sleep 1 s"};
     EXPECT_EQ(said(), expected);
 }
 
@@ -65,31 +63,23 @@ TEST_F(process, pid_file_locks_out_a_second_process) {
     plug_in(R"({"adapter": "none"})");
     const std::string path = folder + "/camera.pid";
     const mode_t old_mask = umask(0);
-    int ready[2];
-    ASSERT_EQ(pipe(ready), 0);
-    const pid_t holder = fork();
-    if (holder == 0) {
-        const char answer = create_pid_file(path.c_str()) == 0 ? 'y' : 'n';
-        if (::write(ready[1], &answer, 1) == 1)
-            pause();
-        _exit(0);
-    }
-    char answer = 0;
-    ASSERT_EQ(::read(ready[0], &answer, 1), 1);
-    EXPECT_EQ(answer, 'y');
-    const outcome second = watch([&] { return create_pid_file(path.c_str()); });
-    EXPECT_EQ(second.result, -1);
-    EXPECT_EQ(second.out, "Program already exists.\n");
-    EXPECT_EQ(read("/camera.pid"), std::to_string(holder) + "\n");
-    struct stat file {};
-    ASSERT_EQ(stat(path.c_str(), &file), 0);
-    EXPECT_EQ(file.st_mode & 0777U, 0644U);
-    kill(holder, SIGKILL);
-    waitpid(holder, nullptr, 0);
+    EXPECT_EQ(create_pid_file(path.c_str()), 0);
     umask(old_mask);
-
+    EXPECT_EQ(std::filesystem::status(path).permissions(), std::filesystem::perms(0644));
     write("/camera.pid", "a much longer text than a process number\n");
     EXPECT_EQ(create_pid_file(path.c_str()), 0);
+    const auto second = [&] {
+        const pid_t child = fork();
+        if (child == 0) {
+            const int result = create_pid_file(path.c_str());
+            std::fflush(nullptr);
+            _exit(-result);
+        }
+        int status = 0;
+        waitpid(child, &status, 0);
+        return WEXITSTATUS(status);
+    };
+    EXPECT_EQ(watch(second), (outcome{1, "Program already exists.\n", ""}));
     EXPECT_EQ(read("/camera.pid"), std::to_string(getpid()) + "\n");
 }
 
@@ -100,9 +90,8 @@ TEST_F(process, files_are_found_and_made) {
     EXPECT_EQ(touch(path.c_str()), 1);
     EXPECT_EQ(exist(path.c_str()), 1);
     const std::string nowhere = folder + "/no/flag";
-    const outcome failed = watch([&] { return touch(nowhere.c_str()); });
-    EXPECT_EQ(failed.result, 0);
-    EXPECT_EQ(failed.err, "open: No such file or directory\nCan not create file " + nowhere + "\n");
+    EXPECT_EQ(watch([&] { return touch(nowhere.c_str()); }),
+              (outcome{0, "", "open: No such file or directory\nCan not create file " + nowhere + "\n"}));
 }
 
 TEST_F(process, clock_wraps_after_32_bits_of_milliseconds) {
@@ -114,14 +103,13 @@ TEST_F(process, clock_wraps_after_32_bits_of_milliseconds) {
 
 TEST_F(process, debug_prints_are_masked_and_cut) {
     const std::string long_text(300, 'x');
-    const outcome printed = watch([&] {
-        for (const unsigned int level : {0U, 1U, 4U})
-            PRINTDEBUGMSG(level, "level %u\n", level);
-        PRINTDEBUGMSG(3, "%s %d\n", "shown", 3);
+    const auto print_all = [&] {
+        for (const unsigned int level : {0U, 1U, 4U, 3U})
+            PRINTDEBUGMSG(level, "%s %u\n", "level", level);
         PRINTDEBUGMSG(2, "%s", long_text.c_str());
         return 0;
-    });
-    EXPECT_EQ(printed.out, "shown 3\n" + std::string(255, 'x'));
+    };
+    EXPECT_EQ(watch(print_all), (outcome{0, "level 3\n" + std::string(255, 'x'), ""}));
 }
 
 } // namespace

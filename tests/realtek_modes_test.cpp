@@ -1,5 +1,7 @@
 #include "tests/camera_test.h"
 
+#include <tuple>
+
 #include "libwlan/libwlan.h"
 
 namespace {
@@ -29,18 +31,27 @@ const char* const start_hostapd = "system hostapd -B /tmp/hostapd.conf -P /tmp/h
 const char* const start_supplicant =
     "system wpa_supplicant -B -c /tmp/wpa_supplicant.conf -i wlan0 -P /tmp/wpa_supplicant.pid";
 
+std::string secret = "passphrase";
+std::string net = "Net";
+
 class realtek_modes : public camera_test {
 protected:
     outcome run_ap(std::string ssid, int auth, int enc, std::string key) {
         return watch([&] {
-            return do_ap_mode_realtek(ssid.data(), static_cast<auth_from_cam>(auth), static_cast<enc_from_cam>(enc),
-                                      key.data());
+            return do_ap_mode_realtek(text(ssid), static_cast<auth_from_cam>(auth), static_cast<enc_from_cam>(enc),
+                                      text(key));
         });
     }
     outcome run_station(std::string ssid, int auth, std::string key, int enc = 0) {
         return watch([&] {
-            return do_infra_mode_realtek(ssid.data(), static_cast<auth_from_cam>(auth), static_cast<enc_from_cam>(enc),
-                                         key.data());
+            return do_infra_mode_realtek(text(ssid), static_cast<auth_from_cam>(auth), static_cast<enc_from_cam>(enc),
+                                         text(key));
+        });
+    }
+    outcome run_repeater() {
+        return watch([] {
+            return do_repeater_mode_realtek(text(net), AUTH_WPA2PSK, ENC_AES, text(secret), text(net), AUTH_OPEN,
+                                            ENC_NONE, text(secret));
         });
     }
 };
@@ -48,76 +59,62 @@ protected:
 TEST_F(realtek_modes, station_file_says_how_to_join) {
     const std::string raw_key(64, 'a');
     const std::string passphrase(63, 'a');
-    const struct {
-        std::string ssid;
-        int auth;
-        std::string key;
-        std::string rest;
-    } files[] = {
+    const std::string wpa = "\tkey_mgmt=WPA-PSK\n\tproto=WPA\n\tpsk=";
+    const std::string rsn = "\tkey_mgmt=WPA-PSK\n\tproto=RSN\n\tpsk=";
+    const std::tuple<std::string, int, std::string, std::string> files[] = {
         {"Net", 0, "ignored key", "\tssid=\"Net\"\n\tkey_mgmt=NONE\n}\n"},
-        {"Net", 2, "passphrase", "\tssid=\"Net\"\n\tkey_mgmt=WPA-PSK\n\tproto=WPA\n\tpsk=\"passphrase\"\n}\n"},
-        {"a \"b\"", 5, passphrase,
-         "\tssid=\"a \"b\"\"\n\tkey_mgmt=WPA-PSK\n\tproto=RSN\n\tpsk=\"" + passphrase + "\"\n}\n"},
-        {"Net", 5, raw_key, "\tssid=\"Net\"\n\tkey_mgmt=WPA-PSK\n\tproto=RSN\n\tpsk=" + raw_key + "\n}\n"},
+        {"Net", 2, "passphrase", "\tssid=\"Net\"\n" + wpa + "\"passphrase\"\n}\n"},
+        {"a \"b\"", 5, passphrase, "\tssid=\"a \"b\"\"\n" + rsn + "\"" + passphrase + "\"\n}\n"},
+        {"Net", 5, raw_key, "\tssid=\"Net\"\n" + rsn + raw_key + "\n}\n"},
         {std::string(130, 's'), 0, "", "\tssid=\"" + std::string(121, 's') + "\n\tkey_mgmt=NONE\n}\n"},
-        {"Net", 2, std::string(130, 'k'),
-         "\tssid=\"Net\"\n\tkey_mgmt=WPA-PSK\n\tproto=WPA\n\tpsk=\"" + std::string(121, 'k') + "\n}\n"},
+        {"Net", 2, std::string(130, 'k'), "\tssid=\"Net\"\n" + wpa + "\"" + std::string(121, 'k') + "\n}\n"},
     };
-    for (const auto& file : files)
+    for (const auto& [ssid, auth, key, rest] : files)
         for (const int enc : {0, 3, 255}) {
-            SCOPED_TRACE(file.rest);
             plug_in(scene);
-            EXPECT_EQ(run_station(file.ssid, file.auth, file.key, enc).result, 0);
-            EXPECT_EQ(read("/tmp/wpa_supplicant.conf"), supplicant_head + file.rest);
+            EXPECT_EQ(run_station(ssid, auth, key, enc).result, 0);
+            EXPECT_EQ(read("/tmp/wpa_supplicant.conf"), supplicant_head + rest);
             EXPECT_EQ(said().back().rfind(start_supplicant, 0), 0U);
         }
 }
 
 TEST_F(realtek_modes, station_refuses_what_the_daemon_cannot_do) {
     for (const int auth : {1, 3, 4, 6, 7, 8, 255}) {
-        SCOPED_TRACE(auth);
         plug_in(scene);
-        const int before = open_descriptors();
         const outcome run = run_station("Net", auth, "passphrase");
-        EXPECT_EQ(run.result, -1);
+        EXPECT_EQ(run.result, -1) << auth;
         EXPECT_EQ(run.err.substr(0, 48), "Unknow authentication mode of Wireless settings.");
+        EXPECT_EQ(run.opened, 2); // the socket of a failed request, a quiet console
         EXPECT_EQ(read("/tmp/wpa_supplicant.conf"), supplicant_head + "\tssid=\"Net\"\n");
         EXPECT_EQ(said().back(), std::string(start_supplicant) + " = 1"); // started all the same
-        EXPECT_EQ(open_descriptors(),
-                  before + 2); // the socket of a failed request, a quiet console
     }
 }
 
 TEST_F(realtek_modes, access_point_file_says_how_to_serve) {
-    auto secured = [](const std::string& wpa, const std::string& pairwise, const std::string& key) {
+    auto secured = [](const std::string& wpa, const std::string& pairwise, const std::string& key = "passphrase") {
         return "wpa=" + wpa + "\n" + pairwise + "\nwpa_passphrase=" + key +
                "\nwpa_key_mgmt=WPA-PSK\nwpa_group_rekey=86400\n";
     };
-    const struct {
-        int auth;
-        int enc;
-        std::string security;
-    } files[] = {
+    const std::tuple<int, int, std::string> files[] = {
         {0, 3, ""},
         {1, 1, ""},
         {3, 3, ""},
         {255, 3, ""},
-        {2, 2, secured("1", "wpa_pairwise=TKIP", "passphrase")},
-        {2, 3, secured("1", "wpa_pairwise=CCMP", "passphrase")},
-        {2, 0, secured("1", "wpa_pairwise=TKIP CCMP", "passphrase")},
-        {5, 2, secured("2", "rsn_pairwise=TKIP", "passphrase")},
-        {5, 3, secured("2", "rsn_pairwise=CCMP", "passphrase")},
-        {5, 255, secured("2", "rsn_pairwise=TKIP CCMP", "passphrase")},
-        {7, 3, secured("3", "wpa_pairwise=CCMP", "passphrase")},
-        {7, 4, secured("3", "wpa_pairwise=TKIP CCMP", "passphrase")},
+        {2, 2, secured("1", "wpa_pairwise=TKIP")},
+        {2, 3, secured("1", "wpa_pairwise=CCMP")},
+        {2, 0, secured("1", "wpa_pairwise=TKIP CCMP")},
+        {5, 2, secured("2", "rsn_pairwise=TKIP")},
+        {5, 3, secured("2", "rsn_pairwise=CCMP")},
+        {5, 255, secured("2", "rsn_pairwise=TKIP CCMP")},
+        {7, 3, secured("3", "wpa_pairwise=CCMP")},
+        {7, 4, secured("3", "wpa_pairwise=TKIP CCMP")},
     };
-    for (const auto& file : files) {
-        SCOPED_TRACE(testing::Message() << file.auth << ' ' << file.enc);
+    for (const auto& [auth, enc, security] : files) {
         plug_in(scene);
-        const outcome run = run_ap("Net", file.auth, file.enc, "passphrase");
+        const outcome run = run_ap("Net", auth, enc, "passphrase");
         EXPECT_EQ(run.result, 0);
         EXPECT_EQ(run.out, "get_best_channel[245] get_best_channel=11\n");
-        EXPECT_EQ(read("/tmp/hostapd.conf"), hostapd_file("ssid=Net\n", file.security));
+        EXPECT_EQ(read("/tmp/hostapd.conf"), hostapd_file("ssid=Net\n", security)) << auth << enc;
         EXPECT_EQ(said(), lines{start_hostapd});
     }
     plug_in(scene); // a cut name takes its line feed along, a cut key does not
@@ -127,25 +124,18 @@ TEST_F(realtek_modes, access_point_file_says_how_to_serve) {
 }
 
 TEST_F(realtek_modes, channel_is_the_first_driver_s_recommendation) {
-    const std::string first = "/proc/net/rtl8188eu/wlan1/best_channel";
-    const struct {
-        std::string path;
-        std::string content;
-        int channel;
-    } recommendations[] = {
-        {first, "best_channel_5G = 36\nbest_channel_24G = 11\nbest_channel_24G = 6\n", 11},
-        {first, "nothing to recommend\n", 1},
-        {first, "best_channel_24G=6\n", 1}, // ends before its value
-        {"/proc/net/rtl8192eu/wlan1/best_channel", "best_channel_24G = 11\n", 1},
+    const std::tuple<const char*, const char*, int> recommendations[] = {
+        {"rtl8188eu", "best_channel_5G = 36\nbest_channel_24G = 11\nbest_channel_24G = 6\n", 11},
+        {"rtl8188eu", "nothing to recommend\n", 1},
+        {"rtl8188eu", "best_channel_24G=6\n", 1}, // ends before its value
+        {"rtl8192eu", "best_channel_24G = 11\n", 1},
     };
-    for (const auto& recommendation : recommendations) {
-        SCOPED_TRACE(recommendation.content);
+    for (const auto& [driver, content, recommended] : recommendations) {
         plug_in(R"({"adapter": "realtek"})");
-        std::remove((folder + first).c_str());
-        write(recommendation.path, recommendation.content);
+        std::remove((folder + "/proc/net/rtl8188eu/wlan1/best_channel").c_str());
+        write(print("/proc/net/%s/wlan1/best_channel", driver), content);
         int channel = 1;
-        const outcome run = watch([&] { return get_best_channel(&channel); });
-        EXPECT_EQ(run.result, recommendation.channel);
+        EXPECT_EQ(watch([&] { return get_best_channel(&channel); }).result, recommended);
     }
     EXPECT_EQ(get_best_channel(nullptr), 1);
 }
@@ -156,152 +146,72 @@ TEST_F(realtek_modes, requests_replace_the_daemons_of_earlier_ones) {
     run_station("Net", 5, "passphrase");
     const std::string hostapd = read("/tmp/hostapd.pid").substr(0, 7);
     const std::string supplicant = read("/tmp/wpa_supplicant.pid").substr(0, 7);
-    std::string name = "Net";
-    std::string key = "passphrase";
-    EXPECT_EQ(do_repeater_mode_realtek(name.data(), AUTH_WPA2PSK, ENC_AES, key.data(), name.data(), AUTH_OPEN, ENC_NONE,
-                                       key.data()),
-              0);
-    const lines all = said();
-    const lines repeater(all.begin() + 2, all.end());
-    EXPECT_EQ(repeater, (lines{supplicant + " kill 15", supplicant + " kill 0 = ESRCH", hostapd + " kill 15",
-                               hostapd + " kill 0 = ESRCH", start_hostapd, start_supplicant}));
+    EXPECT_EQ(run_repeater().result, 0);
+    EXPECT_EQ(said(6), (lines{supplicant + " kill 15", supplicant + " kill 0 = ESRCH", hostapd + " kill 15",
+                              hostapd + " kill 0 = ESRCH", start_hostapd, start_supplicant}));
 }
 
 TEST_F(realtek_modes, failed_access_point_keeps_the_repeater_from_joining) {
     plug_in(R"({"adapter": "realtek"})"); // a store without its file
-    std::string name = "Net";
-    const outcome run = watch([&] {
-        return do_repeater_mode_realtek(name.data(), AUTH_OPEN, ENC_NONE, nullptr, name.data(), AUTH_OPEN, ENC_NONE,
-                                        nullptr);
-    });
-    EXPECT_EQ(run.result, -1);
+    EXPECT_EQ(run_repeater().result, -1);
     EXPECT_FALSE(exists("/tmp/hostapd.conf"));
     EXPECT_EQ(said(), lines{std::string(start_hostapd) + " = 1"}); // with whatever file there was
 }
 
 TEST_F(realtek_modes, bad_texts_write_no_file) {
     plug_in(scene);
-    std::string name = "Net";
     std::string injected = "x\nwpa=0";
     EXPECT_EQ(do_ap_mode_realtek(nullptr, AUTH_OPEN, ENC_NONE, nullptr), -1);
-    EXPECT_EQ(do_ap_mode_realtek(name.data(), AUTH_WPA2PSK, ENC_AES, nullptr), -1);
-    EXPECT_EQ(do_ap_mode_realtek(injected.data(), AUTH_OPEN, ENC_NONE, nullptr), -1);
-    EXPECT_EQ(do_infra_mode_realtek(name.data(), AUTH_WPAPSK, ENC_AES, injected.data()), -1);
+    EXPECT_EQ(do_ap_mode_realtek(text(net), AUTH_WPA2PSK, ENC_AES, nullptr), -1);
+    EXPECT_EQ(do_ap_mode_realtek(text(injected), AUTH_OPEN, ENC_NONE, nullptr), -1);
+    EXPECT_EQ(do_infra_mode_realtek(text(net), AUTH_WPAPSK, ENC_AES, text(injected)), -1);
     EXPECT_EQ(do_infra_mode_realtek(nullptr, AUTH_OPEN, ENC_AES, nullptr), -1);
-    EXPECT_FALSE(exists("/tmp/hostapd.conf"));
-    EXPECT_FALSE(exists("/tmp/wpa_supplicant.conf"));
-    EXPECT_EQ(do_ap_mode_realtek(name.data(), AUTH_OPEN, ENC_NONE, nullptr), 0);
-    EXPECT_EQ(do_infra_mode_realtek(name.data(), AUTH_OPEN, ENC_NONE, nullptr), 0);
+    EXPECT_FALSE(exists("/tmp/hostapd.conf") || exists("/tmp/wpa_supplicant.conf"));
+    EXPECT_EQ(do_ap_mode_realtek(text(net), AUTH_OPEN, ENC_NONE, nullptr), 0);
+    EXPECT_EQ(do_infra_mode_realtek(text(net), AUTH_OPEN, ENC_NONE, nullptr), 0);
 }
 
 TEST_F(realtek_modes, debug_level_traces_and_holds_the_daemon_in_the_foreground) {
-    const struct {
-        const char* level;
-        bool traced;
-        const char* form;
-    } levels[] = {{"0", false, "-B"}, {"1", true, "-B"}, {"2", true, "-d"}, {"6", true, "-d"}, {"x", false, "-B"}};
-    for (const auto& level : levels) {
-        SCOPED_TRACE(level.level);
-        plug_in(
-            R"({"adapter": "realtek", "clock_ms": 77, "files": {"/etc/camera.conf": ["[system]", "model = M", "manufacturer = F"]}})");
-        write("/tmp/debug_level", level.level);
+    const std::tuple<const char*, bool, std::string> levels[] = {
+        {"0", false, "-B"}, {"1", true, "-B"}, {"2", true, "-d"}, {"6", true, "-d"}, {"x", false, "-B"}};
+    for (const auto& [level, traced, form] : levels) {
+        plug_in(R"({"clock_ms": 77, )" + scene.substr(1));
+        write("/tmp/debug_level", level);
         run_ap("Net", 0, 0, "");
-        const std::string command = std::string("hostapd ") + level.form + " /tmp/hostapd.conf -P /tmp/hostapd.pid";
-        EXPECT_EQ(said(), lines{"system " + command});
-        EXPECT_EQ(read("/dev/console"), level.traced ? "\033[1;34m77 " + command + "\033[0m\n" : "");
+        const std::string command = "hostapd " + form + " /tmp/hostapd.conf -P /tmp/hostapd.pid";
+        EXPECT_EQ(said(), lines{"system " + command}) << level;
+        EXPECT_EQ(read("/dev/console"), traced ? "\033[1;34m77 " + command + "\033[0m\n" : "");
     }
 }
 
 TEST_F(realtek_modes, interface_is_brought_up_with_patience) {
-    const struct {
-        const char* title;
-        const char* interface;
-        int retries;
-        const char* faults;
-        int result;
-        const char* log;
-        const char* err;
-        lines said;
-    } tries[] = {
-        {"up", "wlan0", 0, "", 0, "", "", {"wlan0 SIOCGIFFLAGS", "wlan0 SIOCSIFFLAGS up", "wlan0 SIOCGIFFLAGS"}},
-        {"no name", "", 3, "", -1, "network_nic_ifc_up[512] invilad devname\n", "", {}},
-        {"no such interface",
-         "wlan7",
-         3,
-         "",
-         -1,
-         "",
-         "network_nic_ifc_up[525] SIOCGIFFLAGS: No such device\n",
-         {"wlan7 SIOCGIFFLAGS = ENODEV"}},
-        {"no interface has such a name",
-         "wlan0_and_much_more",
-         3,
-         "",
-         -1,
-         "",
-         "network_nic_ifc_up[525] SIOCGIFFLAGS: No such device\n",
-         {}},
-        {"no socket",
-         "wlan0",
-         3,
-         R"({"call": "socket", "errno": "EMFILE"})",
-         -1,
-         "",
-         "network_nic_ifc_up[516] socket: Too many open files\n",
-         {}},
-        {"refused once, one try",
-         "wlan0",
-         0,
-         R"({"call": "ioctl", "match": "SIOCSIFFLAGS", "errno": "EBUSY"})",
-         -1,
-         "network_nic_ifc_up[559] Timeout\n",
-         "network_nic_ifc_up[533] SIOCSIFFLAGS: Device or resource busy\n",
-         {"wlan0 SIOCGIFFLAGS", "wlan0 SIOCSIFFLAGS up = EBUSY"}},
-        {"refused once, two tries",
-         "wlan0",
-         2,
-         R"({"call": "ioctl", "match": "SIOCSIFFLAGS", "errno": "EBUSY"})",
-         0,
-         "",
-         "network_nic_ifc_up[533] SIOCSIFFLAGS: Device or resource busy\n",
-         {"wlan0 SIOCGIFFLAGS", "wlan0 SIOCSIFFLAGS up = EBUSY", "- sleep 1 s", "wlan0 SIOCGIFFLAGS",
-          "wlan0 SIOCSIFFLAGS up", "wlan0 SIOCGIFFLAGS"}},
-        {"refused for good",
-         "wlan0",
-         1,
-         R"({"call": "ioctl", "match": "SIOCSIFFLAGS", "errno": "EBUSY", "times": 0})",
-         -1,
-         "network_nic_ifc_up[559] Timeout\n",
-         "network_nic_ifc_up[533] SIOCSIFFLAGS: Device or resource busy\n",
-         {"wlan0 SIOCGIFFLAGS", "wlan0 SIOCSIFFLAGS up = EBUSY", "- sleep 1 s"}},
-        {"lost after the write",
-         "wlan0",
-         3,
-         R"({"call": "ioctl", "match": "SIOCGIFFLAGS", "nth": 2, "errno": "ENODEV"})",
-         -1,
-         "",
-         "network_nic_ifc_up[543] SIOCGIFFLAGS: No such device\n",
-         {"wlan0 SIOCGIFFLAGS", "wlan0 SIOCSIFFLAGS up", "wlan0 SIOCGIFFLAGS = ENODEV"}},
+    const lines raised = {"wlan0 SIOCGIFFLAGS", "wlan0 SIOCSIFFLAGS up", "wlan0 SIOCGIFFLAGS"};
+    const lines refused = {"wlan0 SIOCGIFFLAGS", "wlan0 SIOCSIFFLAGS up = EBUSY"};
+    const lines unseen = {"wlan0 SIOCGIFFLAGS", "wlan0 SIOCSIFFLAGS up", "wlan0 SIOCGIFFLAGS = EBUSY"};
+    const lines pause = {"- sleep 1 s"};
+    const std::string unknown = "network_nic_ifc_up[525] SIOCGIFFLAGS: No such device\n";
+    const std::string busy = "network_nic_ifc_up[533] SIOCSIFFLAGS: Device or resource busy\n";
+    const std::string lost = "network_nic_ifc_up[543] SIOCGIFFLAGS: Device or resource busy\n";
+    const std::string timeout = "network_nic_ifc_up[559] Timeout\n";
+    const std::tuple<const char*, int, std::string, outcome, lines> tries[] = {
+        {"wlan0", 0, "", {0, "", ""}, raised},
+        {"", 3, "", {-1, "network_nic_ifc_up[512] invilad devname\n", ""}, {}},
+        {"wlan7", 3, "", {-1, "", unknown}, {"wlan7 SIOCGIFFLAGS = ENODEV"}},
+        {"wlan0_and_much_more", 3, "", {-1, "", unknown}, {}},
+        {"wlan0", 3, R"("socket")", {-1, "", "network_nic_ifc_up[516] socket: Device or resource busy\n"}, {}},
+        {"wlan0", 0, R"("ioctl", "match": "SIOCSIFFLAGS")", {-1, timeout, busy}, refused},
+        {"wlan0", 2, R"("ioctl", "match": "SIOCSIFFLAGS")", {0, "", busy}, refused + pause + raised},
+        {"wlan0", 1, R"("ioctl", "match": "SIOCSIFFLAGS", "times": 0)", {-1, timeout, busy}, refused + pause},
+        {"wlan0", 3, R"("ioctl", "match": "SIOCGIFFLAGS", "nth": 2)", {-1, "", lost}, unseen},
     };
-    for (const auto& attempt : tries) {
-        SCOPED_TRACE(attempt.title);
-        plug_in(R"({"adapter": "realtek", "interfaces": {"wlan0": {"state": "down"}}, "faults": [)" +
-                std::string(attempt.faults) + "]}");
-        const int before = open_descriptors();
-        char* log_text = nullptr;
-        std::size_t log_size = 0;
-        FILE* log = open_memstream(&log_text, &log_size);
-        const outcome run = watch([&] {
-            wext radio;
-            return radio.network_nic_ifc_up(log, attempt.interface, attempt.retries);
-        });
-        std::fclose(log);
-        EXPECT_EQ(run.result, attempt.result);
-        EXPECT_STREQ(log_text, attempt.log);
-        EXPECT_EQ(run.err, attempt.err);
-        EXPECT_EQ(said(), attempt.said);
-        EXPECT_EQ(open_descriptors(), before);
-        std::free(log_text);
+    for (const auto& [interface, retries, fault, answer, requests] : tries) {
+        const std::string faults = fault.empty() ? "" : R"({"errno": "EBUSY", "call": )" + fault + "}";
+        plug_in(R"({"adapter": "realtek", "interfaces": {"wlan0": {"state": "down"}}, "faults": [)" + faults + "]}");
+        const auto raise = [name = interface, tries_left = retries] {
+            return wext().network_nic_ifc_up(stdout, name, tries_left);
+        };
+        EXPECT_EQ(watch(raise), answer) << interface << fault;
+        EXPECT_EQ(said(), requests);
     }
 }
 

@@ -1,32 +1,21 @@
 // A store write that is cut short at any moment: the process that writes is killed before and after each of its system
 // calls, and the file must hold the old settings or the new ones, whole.
 
-#include <csignal>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <set>
-#include <string>
+#include "store_files.h"
 
-#include <gtest/gtest.h>
+#include <csignal>
+#include <set>
+
 #include <sys/ptrace.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "libwlan/store.h"
-
 namespace {
-
-namespace fs = std::filesystem;
 
 const std::string old_text = "# keep\n[client]\nssid = Old\nkey = old-key-1\nauth = wpapsk\nenc = tkip\nodd = 1\n";
 
 int store_network() {
-    _wireless_setting setting{1,  {}, AUTH_WPA2PSK, {}, ENC_AES, APCLI_BY_SSID, {}, 6, "New", "", "new-key-1", 1, {},
-                              "", "", {},           {}, {}};
-    _cam_actions none{};
-    return cam_set_client(&setting, &none, 0, 0);
+    return set_client("New", "new-key-1");
 }
 
 enum ending { killed, finished, failed, not_traced };
@@ -54,24 +43,7 @@ ending store_until(int stop) {
     return WIFEXITED(status) ? static_cast<ending>(WEXITSTATUS(status)) : killed;
 }
 
-class store_crash : public testing::Test {
-protected:
-    store_crash() {
-        std::string pattern = testing::TempDir() + "store_crash.XXXXXX";
-        folder_ = mkdtemp(pattern.data());
-        setenv("CAMSTORE_FILE", (folder_ / "camera.conf").c_str(), 1);
-    }
-    ~store_crash() override { fs::remove_all(folder_); }
-
-    void write(const std::string& text) const { std::ofstream(folder_ / "camera.conf") << text; }
-    [[nodiscard]] std::string read() const {
-        std::ifstream file(folder_ / "camera.conf");
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
-    [[nodiscard]] bool left_copy() const { return fs::exists(folder_ / "camera.conf.new"); }
-
-    fs::path folder_;
-};
+using store_crash = store_files;
 
 TEST_F(store_crash, leaves_the_old_settings_or_the_new_ones_and_takes_the_next_write) {
     write(old_text);

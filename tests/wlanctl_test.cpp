@@ -5,6 +5,7 @@
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <tuple>
 
 #include <pty.h>
 #include <sys/wait.h>
@@ -14,6 +15,8 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+namespace fs = std::filesystem;
+
 namespace {
 
 constexpr char air[] = R"("air": [{"ssid": "Office", "bssid": "02:00:5e:00:00:01", "channel": 6,
@@ -22,17 +25,26 @@ const std::string mediatek = std::string(R"({"adapter": "mediatek", "wired": tru
 const std::string realtek = std::string(R"({"adapter": "realtek", )") + air;
 const std::string none = R"({"adapter": "none"})";
 
-/// A camera in a folder of its own.
+void write(const std::string& name, const std::string& text) {
+    std::ofstream(name) << text;
+}
+
+std::string read(const std::string& name) {
+    std::ifstream file(name);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// A camera in a folder of its own, in which the test works.
 class camera {
 public:
     explicit camera(const std::string& scene) {
-        std::string pattern = testing::TempDir() + "wlanctl-XXXXXX";
-        folder_ = mkdtemp(pattern.data());
+        std::string folder = testing::TempDir() + "wlanctl-XXXXXX";
+        fs::current_path(mkdtemp(folder.data()));
+        setenv("CAMSTORE_FILE", (folder + "/camera.conf").c_str(), 1);
         write("scene.json", scene);
         write("camera.conf", "[system]\nmodel = Camera\nmanufacturer = Example\n");
-        setenv("CAMSTORE_FILE", (folder_ + "/camera.conf").c_str(), 1);
     }
-    ~camera() { std::filesystem::remove_all(folder_); }
+    ~camera() { fs::remove_all(fs::current_path()); }
     camera(const camera&) = delete;
     camera& operator=(const camera&) = delete;
 
@@ -40,42 +52,30 @@ public:
     /// @return its exit status; what it printed is in `out` and `err`.
     int wlanctl(const std::string& arguments, const std::string& input = "") {
         write("in", input);
-        return shell(command(arguments) + " <" + folder_ + "/in");
+        return shell(command(arguments) + " <in");
     }
 
     /// @param speed of the camera's clock; 0 does not wait at all.
-    [[nodiscard]] std::string command(const std::string& arguments, const std::string& speed = "0") const {
-        return VCAMERA " --scene " + folder_ + "/scene.json --speed " + speed + " --scratch " + folder_ +
-               "/world -- " WLANCTL " " + arguments;
+    static std::string command(const std::string& arguments, const std::string& speed = "0") {
+        return VCAMERA " --scene scene.json --speed " + speed + " --scratch world -- " WLANCTL " " + arguments;
     }
 
     /// @return all that has crossed between the programs and the driver, daemons and files.
     std::string journal() {
-        shell(VCAMERA " log --scratch " + folder_ + "/world");
+        shell(VCAMERA " log --scratch world");
         return out;
     }
-
-    void write(const std::string& name, const std::string& text) const { std::ofstream(folder_ + "/" + name) << text; }
-
-    [[nodiscard]] std::string read(const std::string& name) const {
-        std::ifstream file(folder_ + "/" + name);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
-
-    [[nodiscard]] std::string path(const std::string& name) const { return folder_ + "/" + name; }
 
     std::string out;
     std::string err;
 
 private:
     int shell(const std::string& command) {
-        const int status = std::system((command + " >" + folder_ + "/out 2>" + folder_ + "/err").c_str());
+        const int status = std::system((command + " >out 2>err").c_str());
         out = read("out");
         err = read("err");
         return WEXITSTATUS(status);
     }
-
-    std::string folder_;
 };
 
 /// A command in a terminal of its own.
@@ -95,13 +95,12 @@ public:
     /// @return what it shows from here on, to this part or to its end.
     std::string show(const std::string& part) const {
         std::string shown;
-        for (char byte = 0; shown.find(part) == std::string::npos && read(side_, &byte, 1) == 1;) {
+        for (char byte = 0; shown.find(part) == std::string::npos && ::read(side_, &byte, 1) == 1;)
             shown += byte;
-        }
         return shown;
     }
 
-    void press_ctrl_c() const { EXPECT_EQ(write(side_, "\x03", 1), 1); }
+    void press_ctrl_c() const { EXPECT_EQ(::write(side_, "\x03", 1), 1); }
 
     [[nodiscard]] bool shows_typing() const {
         termios settings{};
@@ -122,9 +121,7 @@ private:
 };
 
 testing::AssertionResult has(const std::string& text, const std::string& part) {
-    return (text.find(part) != std::string::npos ? testing::AssertionSuccess() : testing::AssertionFailure())
-           << '"' << part << "\" in:\n"
-           << text;
+    return testing::AssertionResult(text.find(part) != std::string::npos) << '"' << part << "\" in:\n" << text;
 }
 
 void expect_refused(camera& camera, const std::string& arguments, const std::string& input, const std::string& why) {
@@ -134,74 +131,58 @@ void expect_refused(camera& camera, const std::string& arguments, const std::str
     EXPECT_TRUE(has(camera.err, why));
 }
 
-void expect_no_adapter(camera& camera, const std::string& arguments) {
-    SCOPED_TRACE(arguments);
-    EXPECT_EQ(camera.wlanctl("--json " + arguments), 1);
-    const auto answer = nlohmann::json::parse(camera.out);
-    EXPECT_FALSE(answer.value("ok", true));
-    EXPECT_TRUE(has(answer.value("error", ""), "no Wi-Fi adapter"));
-    EXPECT_TRUE(has(answer.value("next", ""), "plug the adapter in"));
-}
-
 TEST(Wlanctl, RefusesWhatCannotWorkBeforeAnythingIsTouched) {
-    constexpr struct {
+    const struct {
         const char* arguments;
-        const char* input;
         const char* why;
+        std::string input = {};
     } rows[] = {
-        {"", "", "subcommand is required"},
-        {"join", "", "SSID or --stored is required"},
-        {"join Office --stored", "", "--stored excludes SSID"},
-        {"join Office extra", "", "not expected: extra"},
-        {"join 123456789012345678901234567890123", "", "1 to 32 bytes"},
-        {"join 'a\nb'", "", "no line feed"},
-        {"join Office --bssid 02:00:5e:00:00:1", "", "six two-digit"},
-        {"join Office --channel 197", "", "range 0 to 196"},
-        {"survey --sort size", "", "not in {signal,name}"},
-        {"join Office --key-index 5", "", "range 1 to 4"},
-        {"join Office --auth open --enc aes", "", "open does not work with the cipher aes"},
-        {"join Office --auth wpa2psk --enc none", "", "does not work with the cipher none"},
-        {"join Office --auth open --key office-key", "", "takes no key"},
-        {"join Office --auth wpa2psk", "office-key\n", "--key-file"}, // no terminal to ask on
-        {"join Office --key-file -", "1234567\n", "8 to 63 characters"},
-        {"join Office --key-file -", "office\nkey\n", "control characters"},
-        {"join Office --enc wep --key-file -", "123456", "5 or 13 characters"},
-        {"wps --timeout 0", "", "range 1 to 3600"},
-        {"bbp eth0 66 1 1", "", "not in {ra0,wlan0,apclii0}"},
-        {"bbp ra0 66=1 1 1", "", "a register is a number"},
-        {"bbp ra0 66 0x1g 1", "", "Could not convert: VALUE"},
-        {"ap start --ssid 'a\033b\\' --key short", "", R"("a\x1bb\x5c")"},
+        {"join", "SSID or --stored is required"},
+        {"join Office --stored", "--stored excludes SSID"},
+        {"join 123456789012345678901234567890123", "1 to 32 bytes"},
+        {"join 'a\nb'", "no line feed"},
+        {"join Office --bssid 02:00:5e:00:00:1", "six two-digit"},
+        {"join Office --channel 197", "range 0 to 196"},
+        {"join Office --auth open --enc aes", "open does not work with the cipher aes"},
+        {"join Office --auth wpa2psk --enc none", "does not work with the cipher none"},
+        {"join Office --auth open --key office-key", "takes no key"},
+        {"join Office --auth wpa2psk", "--key-file", "office-key\n"}, // no terminal to ask on
+        {"join Office --key-file -", "8 to 63 characters", "1234567\n"},
+        {"join Office --key-file -", "8 to 63 characters", std::string(1000, 'a')},
+        {"join Office --key-file -", "control characters", "office\nkey\n"},
+        {"join Office --key-file -", "control characters", {"office\0key", 10}},
+        {"join Office --enc wep --key-file -", "5 or 13 characters", "123456"},
+        {"bbp ra0 66=1 1 1", "a register is a number"},
+        {"ap start --ssid 'a\033b\\' --key short", R"("a\x1bb\x5c")"},
     };
     camera camera(mediatek);
-    for (const auto& row : rows) {
+    for (const auto& row : rows)
         expect_refused(camera, row.arguments, row.input, row.why);
-    }
-    expect_refused(camera, "join Office --key-file -", {"office\0key", 10}, "control characters");
-    expect_refused(camera, "join Office --key-file -", std::string(1000, 'a'), "8 to 63");
     EXPECT_EQ(camera.journal(), "");
 }
 
 TEST(Wlanctl, RefusesWhatTheAdapterCannotDo) {
     camera camera(realtek);
-    for (const char* arguments :
-         {"ap start --ssid Camera --enc wep --key 12345", "join Office --auth mixed --key 12345678",
-          "join Office --channel 6", "join Office --bssid 02:00:5e:00:00:01", "survey --no-trigger", "wps",
-          "bbp wlan0 66 1 1"}) {
+    for (const char* arguments : {"ap start --ssid Camera --enc wep --key 12345", "join Office --channel 6", "wps",
+                                  "join Office --auth mixed --key 12345678", "survey --no-trigger", "bbp wlan0 66 1 1",
+                                  "join Office --bssid 02:00:5e:00:00:01"})
         expect_refused(camera, arguments, "", "Realtek");
-    }
     EXPECT_FALSE(has(camera.journal(), "conf"));
 }
 
 TEST(Wlanctl, FailsWithoutAnAdapterAndChangesNothing) {
     camera camera(none);
-    for (const char* arguments : {"adapter", "status", "survey", "wps", "ap start --stored", "ap stop", "join Office",
-                                  "repeat --ssid Office --ap-ssid Camera"}) {
-        expect_no_adapter(camera, arguments);
+    for (const std::string arguments : {"adapter", "status", "survey", "wps", "ap start --stored", "ap stop",
+                                        "join Office", "repeat --ssid Office --ap-ssid Camera"}) {
+        EXPECT_EQ(camera.wlanctl("--json " + arguments), 1);
+        const auto answer = nlohmann::json::parse(camera.out);
+        EXPECT_FALSE(answer.value("ok", true)) << arguments;
+        EXPECT_TRUE(has(answer.value("error", ""), "no Wi-Fi adapter"));
+        EXPECT_TRUE(has(answer.value("next", ""), "plug the adapter in"));
     }
     const std::string journal = camera.journal();
-    for (const char* change : {"system", "set", "kill", "w+"}) {
+    for (const char* change : {"system", "set", "kill", "w+"})
         EXPECT_FALSE(has(journal, change));
-    }
 }
 
 TEST(Wlanctl, JoinsAndTellsInOneObjectHowItIs) {
@@ -223,9 +204,8 @@ TEST(Wlanctl, JoinsAndTellsInOneObjectHowItIs) {
 TEST(Wlanctl, KeepsThePassphraseOfTheDaemonsToTheOwner) {
     camera camera(realtek);
     EXPECT_EQ(camera.wlanctl("ap start --ssid Camera --key camera-key"), 0);
-    EXPECT_TRUE(has(camera.read("world/tmp/hostapd.conf"), "wpa_passphrase=camera-key\n"));
-    const auto mode = std::filesystem::status(camera.path("world/tmp/hostapd.conf")).permissions();
-    EXPECT_EQ(mode, std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
+    EXPECT_TRUE(has(read("world/tmp/hostapd.conf"), "wpa_passphrase=camera-key\n"));
+    EXPECT_EQ(fs::status("world/tmp/hostapd.conf").permissions(), fs::perms(0600));
     EXPECT_EQ(camera.wlanctl("status"), 0);
     EXPECT_TRUE(has(camera.out, "hostapd         /tmp/hostapd.pid         yes\n"));
     EXPECT_EQ(camera.wlanctl("ap stop"), 0);
@@ -233,18 +213,25 @@ TEST(Wlanctl, KeepsThePassphraseOfTheDaemonsToTheOwner) {
 }
 
 TEST(Wlanctl, SaysWhatFailedAndWhatNext) {
-    camera camera(realtek);
-    EXPECT_EQ(camera.wlanctl("ap start --stored"), 1); // the store has no access point
-    EXPECT_EQ(camera.out, "");
-    EXPECT_TRUE(has(camera.err, "camera.conf"));
-    EXPECT_TRUE(has(camera.err, "wlanctl: access point from the stored settings: not set up\n"));
+    const std::string busy = R"({"adapter": "realtek", "faults": [{"call": "ioctl", "match": "SIOCSIWSCAN",
+        "errno": "EBUSY"}]})";
+    const std::string rows[][3] = {
+        {realtek, "ap start --stored", "wlanctl: access point from the stored settings: not set up\n"},
+        {realtek, "ap start --stored", "camera.conf"}, // which has no access point
+        {busy, "survey", "SIOCSIWSCAN: Device or resource busy\nwlanctl: survey"},
+    };
+    for (const auto& [scene, arguments, err] : rows) {
+        camera camera(scene);
+        EXPECT_EQ(camera.wlanctl(arguments), 1);
+        EXPECT_EQ(camera.out, "");
+        EXPECT_TRUE(has(camera.err, err));
+    }
 }
 
 TEST(Wlanctl, ShowsTheStoreWithoutKeysAndWithoutSteeringTheTerminal) {
     camera camera(none);
-    camera.write("camera.conf", "[access_point]\n"
-                                "ssid = \"Caf\xc3\xa9\\x1b[31m\\xff\xe2\x80\xae\\\\\"\n"
-                                "key = camera-key\nauth = wpa2psk\nenc = aes\n");
+    write("camera.conf", "[access_point]\nssid = \"Caf\xc3\xa9\\x1b[31m\\xff\xe2\x80\xae\\\\\"\n"
+                         "key = camera-key\nauth = wpa2psk\nenc = aes\n");
     EXPECT_EQ(camera.wlanctl("store show"), 1); // the other sections are missing
     EXPECT_TRUE(has(camera.out, "  ssid  Caf\xc3\xa9\\x1b[31m\\xff\\xe2\\x80\\xae\\x5c\n"));
     EXPECT_TRUE(has(camera.out, "  key   (set, 10 characters)\n"));
@@ -253,16 +240,11 @@ TEST(Wlanctl, ShowsTheStoreWithoutKeysAndWithoutSteeringTheTerminal) {
 }
 
 const std::string survey_air = R"("air": [
-    {"ssid": "office", "bssid": "02:00:5e:00:00:01", "channel": 36, "security": "wpa2",
-     "level": -90},
+    {"ssid": "office", "bssid": "02:00:5e:00:00:01", "channel": 36, "security": "wpa2", "level": -90},
     {"ssid_hex": "1b5b41ff5c20", "bssid": "02:00:5e:00:00:02", "channel": 14, "level": -60}]})";
 
 TEST(Wlanctl, SurveysWithTheFiguresOfTheDriverAndNamesThatCannotSteerTheTerminal) {
-    const struct {
-        std::string scene;
-        const char* arguments;
-        const char* list;
-    } rows[] = {
+    const std::tuple<std::string, const char*, const char*> rows[] = {
         {R"({"adapter": "mediatek", )", "survey", R"(listed  2
 
 name                bssid              channel  band     security      signal
@@ -275,18 +257,17 @@ name                bssid              channel  band     security     signal
 \x1b[A\xff\x5c\x20  02:00:5e:00:00:02  14       2.4 GHz  OPEN         ####. -60 dBm
 office              02:00:5e:00:00:01  36       5 GHz    WPA2PSK AES  #.... -90 dBm
 )"},
-        {R"({"adapter": "realtek", "scan": {"max_quality": 80}, )", "survey --sort name",
-         R"(listed  2
+        {R"({"adapter": "realtek", "scan": {"max_quality": 80}, )", "survey --sort name", R"(listed  2
 
 name                bssid              channel  band     security      signal
 \x1b[A\xff\x5c\x20  02:00:5E:00:00:02  14       2.4 GHz  OPEN          ##### 100 %
 office              02:00:5E:00:00:01  36       5 GHz    WPA2-PSK AES  #....  25 %
 )"},
     };
-    for (const auto& row : rows) {
-        camera camera(row.scene + survey_air);
-        EXPECT_EQ(camera.wlanctl(row.arguments), 0);
-        EXPECT_EQ(camera.out, row.list);
+    for (const auto& [scene, arguments, list] : rows) {
+        camera camera(scene + survey_air);
+        EXPECT_EQ(camera.wlanctl(arguments), 0);
+        EXPECT_EQ(camera.out, list);
         EXPECT_EQ(camera.err, ""); // no progress where there is no terminal
     }
 }
@@ -295,28 +276,11 @@ TEST(Wlanctl, ReadsTheDriversLastTableWithoutAScan) {
     camera camera(mediatek);
     EXPECT_EQ(camera.wlanctl("survey --no-trigger"), 0);
     EXPECT_TRUE(has(camera.out, "listed  0\n"));
-    EXPECT_FALSE(has(camera.journal(), "SiteSurvey"));
     EXPECT_EQ(camera.wlanctl("survey"), 0);
     EXPECT_EQ(camera.wlanctl("survey --no-trigger --json"), 0);
     const auto answer = nlohmann::json::parse(camera.out);
     EXPECT_EQ(answer["networks"][0]["name"], "Office");
     EXPECT_EQ(answer["networks"][0]["signal_percent"], 100);
-}
-
-TEST(Wlanctl, SaysThatTheSurveyFailed) {
-    camera camera(R"({"adapter": "realtek",
-        "faults": [{"call": "ioctl", "match": "SIOCSIWSCAN", "errno": "EBUSY"}]})");
-    EXPECT_EQ(camera.wlanctl("survey"), 1);
-    EXPECT_EQ(camera.out, "");
-    EXPECT_TRUE(has(camera.err, "SIOCSIWSCAN: Device or resource busy\nwlanctl: survey"));
-}
-
-TEST(Wlanctl, TellsATerminalThatItScans) {
-    const camera camera(mediatek);
-    const terminal terminal(camera.command("survey"));
-    EXPECT_EQ(terminal.show("\n"), "Scanning, for some seconds ...\r\n");
-    EXPECT_TRUE(has(terminal.show("Office"), "Office"));
-    EXPECT_EQ(terminal.wait(), 0);
 }
 
 TEST(Wlanctl, HidesTheKeyAsItIsTypedAndShowsTypingAgainAfterCtrlC) {
@@ -346,13 +310,13 @@ const std::string obtained = "# kept\n[client] ; note\nssid = home ; too\nkey = 
 
 TEST(Wlanctl, ObtainsANetworkByTheButtonAndKeepsTheRestOfTheStore) {
     camera camera(button_scene(router));
-    camera.write("camera.conf", settings);
+    write("camera.conf", settings);
     EXPECT_EQ(camera.wlanctl("wps"), 0);
     EXPECT_EQ(camera.out, "done     network obtained and stored\nssid     home\nauth     wpa2psk\nenc      aes\n"
                           "channel  6\nnext     see how it is doing with: wlanctl status\n");
     EXPECT_TRUE(has(camera.err, "M8_RECEIVED]\nwlan0: WSC status:[STATUS_WSC_EAP_RSP_DONE_SENT]\n"));
     EXPECT_FALSE(has(camera.out + camera.err, "home-key"));
-    EXPECT_EQ(camera.read("camera.conf"), obtained);
+    EXPECT_EQ(read("camera.conf"), obtained);
     EXPECT_FALSE(has(camera.journal(), "WscStop"));
     EXPECT_TRUE(has(camera.out, "mii_mgr -g -p 0 -r 01  -> 0\n"));
 }
@@ -377,25 +341,25 @@ TEST(Wlanctl, SaysWhyTheButtonObtainedNothingAndLeavesTheStore) {
     for (const auto& row : rows) {
         SCOPED_TRACE(row.err);
         camera camera(row.scene);
-        camera.write("camera.conf", settings);
-        std::filesystem::create_directories(camera.path("camera.conf.new/in the way")); // no write succeeds
+        write("camera.conf", settings);
+        fs::create_directories("camera.conf.new/in the way"); // no write succeeds
         EXPECT_EQ(camera.wlanctl(row.arguments), 1);
         EXPECT_EQ(camera.out, "");
         EXPECT_TRUE(has(camera.err, row.err));
-        EXPECT_EQ(camera.read("camera.conf"), settings);
+        EXPECT_EQ(read("camera.conf"), settings);
         EXPECT_EQ(has(camera.journal(), "WscStop=1  -> ok"), row.stopped);
     }
 }
 
 TEST(Wlanctl, StopsTheButtonsSessionOnCtrlC) {
-    camera camera(button_scene(router, R"("wps": "stalls", )"));
-    const terminal terminal(camera.command("wps", "1"));
+    camera plugged(button_scene(router, R"("wps": "stalls", )"));
+    const terminal terminal(camera::command("wps", "1"));
     EXPECT_TRUE(
         has(terminal.show("\033[A\033[Kwlan0: WSC status:[STATUS_WSC_SCAN_AP]"), "Press the router's WPS button"));
     terminal.press_ctrl_c();
     EXPECT_TRUE(has(terminal.show("--stored"), "ended by a signal"));
     EXPECT_EQ(WEXITSTATUS(terminal.wait()), 1);
-    EXPECT_TRUE(has(camera.journal(), "WscStop=1  -> ok"));
+    EXPECT_TRUE(has(plugged.journal(), "WscStop=1  -> ok"));
 }
 
 TEST(Wlanctl, ChangesBitsOfABasebandRegister) {
