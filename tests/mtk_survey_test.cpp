@@ -76,4 +76,10 @@ TEST_F(mtk_survey, full_table_without_a_terminator_stays_inside_its_buffer) {
     EXPECT_EQ(last.result, -1); // the last line is cut short
 }
 
+TEST_F(mtk_survey, a_scene_s_number_beyond_64_bits_is_no_small_one) {
+    EXPECT_THROW(plug_in(R"({"adapter": "mediatek", "air": [{"ssid": "a", "bssid": "02:00:00:00:00:01",
+        "level": 18446744073709551556}]})"),
+                 std::runtime_error);
+}
+
 } // namespace

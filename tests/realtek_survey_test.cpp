@@ -7,6 +7,7 @@
 #include <tuple>
 
 #include "libwlan/libwlan.h"
+#include "sim/camera.h"
 
 namespace {
 
@@ -144,6 +145,8 @@ TEST_F(realtek_survey, hostile_events_change_nothing_but_the_entry_concerned) {
     const std::tuple<const char*, std::string, lines> streams[] = {
         {"before any address", name("nobody") + mode(3) + quality(1, 1) + other, {"other"}},
         {"event of 0 bytes ends the walk", point(1, "a") + u16(0) + u16(0x8B15) + other, {"a"}},
+        {"event of 1 byte ends the walk", point(1, "a") + u16(1) + u16(0x8B15) + other, {"a"}},
+        {"event of 2 bytes ends the walk", point(1, "a") + u16(2) + u16(0x8B15) + other, {"a"}},
         {"event of 3 bytes ends the walk", point(1, "a") + u16(3) + u16(0x8B15) + other, {"a"}},
         {"event beyond the end", point(1, "a") + u16(0xFFFF) + u16(0x8B15) + other, {"a"}},
         {"stream breaks off", point(1, "a") + other.substr(0, 5), {"a"}},
@@ -195,14 +198,35 @@ TEST_F(realtek_survey, hostile_elements_count_as_far_as_they_go) {
 }
 
 TEST_F(realtek_survey, dense_air_is_listed_whole) {
-    plug_in(camera);
     std::string stream;
     for (int number = 0; number < 256; ++number)
         stream += point(number, "net " + std::to_string(number), elements(bytes({221, 120}) + std::string(120, 'v')));
+    const std::string size = std::to_string(stream.size());
     ASSERT_GT(stream.size(), 48U * 1024);
-    EXPECT_EQ(survey(stream).size(), 256U);
+    const std::pair<const char*, lines> drivers[] = {{"false", {"4096", "8192", "16384", "32768", "65535"}},
+                                                     {"true", {"4096", size}}};
+    for (const auto& [hint, expected] : drivers) {
+        plug_in(std::string(R"({"adapter": "realtek", "scan": {"hint": )") + hint + "}}");
+        EXPECT_EQ(survey(stream).size(), 256U);
+        lines offered;
+        for (const vcamera::line& line : vcamera::journal(folder))
+            if (line.request == "SIOCGIWSCAN")
+                offered.push_back(line.length);
+        EXPECT_EQ(offered, expected);
+    }
     EXPECT_EQ(survey(stream + point(256, "one too many")).size(), 256U);
 }
+
+#ifndef __SANITIZE_ADDRESS__ // its allocator cannot be made to fail
+TEST_F(realtek_survey, results_that_no_request_can_ask_for_end_with_the_memory) {
+    plug_in(
+        R"({"adapter": "realtek", "faults": [{"call": "alloc", "match": "131072", "times": 0, "errno": "ENOMEM"}]})");
+    EXPECT_EQ(survey(std::string(80 * 1024, '\0')).size(), 0U);
+    EXPECT_EQ(last.result, -1);
+    EXPECT_EQ(read("/dev/console").substr(0, 75),
+              "driver_get_scan_results: Allocation failed. res_buf_len=131072\ndo_site_surv");
+}
+#endif
 
 TEST_F(realtek_survey, security_bits_of_elements) {
     const std::pair<std::string, int> cases[] = {

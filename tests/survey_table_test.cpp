@@ -148,6 +148,8 @@ TEST(survey_table, broken_tables_change_nothing_but_the_entry_concerned) {
             EXPECT_EQ(parsed.list.size(), length < whole ? 1U : 2U) << length;
             EXPECT_EQ(parsed.result, length == 0 || length >= whole ? 0 : -1) << length;
         }
+    for (std::size_t length = 1; length < 8; ++length) // too short to tell its layout
+        EXPECT_EQ(parse(header_v2.substr(0, length) + "\n" + std::get<1>(layouts[0])).list.size(), 1U) << length;
     for (const char* table : {"", "\n\n", "S", "Ch  SSID", "   \n   \n"}) {
         const parsed parsed = parse(table);
         EXPECT_EQ(parsed.list.size(), 0U);
