@@ -62,15 +62,15 @@ static int strongest(int bits) {
 }
 
 size_t mtk_wps_profile(const struct access_point* point, char* text, size_t room) {
-    static const char* const auth_modes[] = {"OPEN", "SHARED", "WPAPSK", "WPA2PSK"};
-    static const char* const ciphers[] = {"NONE", "WEP", "TKIP", "AES"};
+    static const char* const auth_names[] = {"OPEN", "SHARED", "WPAPSK", "WPA2PSK"};
+    static const char* const cipher_names[] = {"NONE", "WEP", "TKIP", "AES"};
     char ssid[AIR_SSID_MAX + 1] = "";
     for (int i = 0; i < point->ssid_length; ++i)
         ssid[i] = (char)point->ssid[i];
     const char* const lines[][2] = {
         {"WSC profile\nSSID = ", ssid},
-        {"\nAuthMode = ", auth_modes[strongest(point->security)]},
-        {"\nEncrypType = ", ciphers[strongest(point->cipher)]},
+        {"\nAuthMode = ", auth_names[strongest(point->security)]},
+        {"\nEncrypType = ", cipher_names[strongest(point->cipher)]},
         {"\nKeyIndex = ", "1"},
         {point->key[0] != '\0' ? "\nKey = " : "", point->key},
         {"\n", ""},

@@ -67,20 +67,20 @@ bool file_names(const std::string& path, const char* text) {
     return bytes.find(text) != std::string::npos;
 }
 
-answer row(const char* what, const answer& found, const answer& breaks) {
+answer checked(const char* what, const answer& found, const answer& breaks) {
     return {{"what", what}, {"found", found}, {"breaks", breaks}};
 }
 
 answer examine(const need& need) {
     const std::string found = find(need);
     if (found.empty()) {
-        return row(need.what, nullptr, need.breaks);
+        return checked(need.what, nullptr, need.breaks);
     }
     if (need.names != nullptr && !file_names(found, need.names)) {
-        return row(need.what, found,
-                   std::string(need.breaks) + " (does not know " + need.names + ")");
+        return checked(need.what, found,
+                       std::string(need.breaks) + " (does not know " + need.names + ")");
     }
-    return row(need.what, found, nullptr);
+    return checked(need.what, found, nullptr);
 }
 
 /// The kernel's list of USB devices, or the tool that prints one.
@@ -93,9 +93,9 @@ answer examine_usb() {
 answer examine_adapter() {
     try {
         find_adapter();
-        return row("adapter", "yes", nullptr);
+        return checked("adapter", "yes", nullptr);
     } catch (const failure& failure) {
-        return row("adapter", nullptr, failure.what());
+        return checked("adapter", nullptr, failure.what());
     }
 }
 
@@ -103,8 +103,9 @@ answer examine_camera() {
     const families family = isMtkWifi() == 1 ? mediatek : realtek;
     answer checks = {
         examine_usb(), examine_adapter(),
-        row("root", geteuid() == 0 ? answer("yes") : answer(), // the driver obeys nobody else
-            geteuid() == 0 ? answer() : answer("the driver and the kernel refuse every change"))};
+        checked("root", geteuid() == 0 ? answer("yes") : answer(), // the driver obeys nobody else
+                geteuid() == 0 ? answer()
+                               : answer("the driver and the kernel refuse every change"))};
     for (const need& need : needs) {
         if (need.family == both || need.family == family) {
             checks.push_back(examine(need));
