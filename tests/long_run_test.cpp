@@ -1,6 +1,7 @@
 // Cameras run for years: thousands of requests in one process leave what one request leaves, and
 // nothing else.
 
+#include <algorithm>
 #include <cerrno>
 
 #include <sys/wait.h>
@@ -42,10 +43,9 @@ protected:
 
 bool is_mode(const operation& operation) {
     const std::string name = operation.name;
-    for (const char* mode : {"access point", "station", "repeater"})
-        if (name.find(mode) != std::string::npos)
-            return true;
-    return false;
+    const auto modes = {"access point", "station", "repeater"};
+    return std::any_of(modes.begin(), modes.end(),
+                       [&](const char* mode) { return name.find(mode) != std::string::npos; });
 }
 
 TEST_F(long_run, ten_thousand_surveys_leave_nothing) {

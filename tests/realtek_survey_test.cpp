@@ -221,7 +221,7 @@ TEST_F(realtek_survey, dense_air_is_listed_whole) {
 TEST_F(realtek_survey, results_that_no_request_can_ask_for_end_with_the_memory) {
     plug_in(
         R"({"adapter": "realtek", "faults": [{"call": "alloc", "match": "131072", "times": 0, "errno": "ENOMEM"}]})");
-    EXPECT_EQ(survey(std::string(80 * 1024, '\0')).size(), 0U);
+    EXPECT_EQ(survey(std::string(0x14000, '\0')).size(), 0U);
     EXPECT_EQ(last.result, -1);
     EXPECT_EQ(read("/dev/console").substr(0, 75),
               "driver_get_scan_results: Allocation failed. res_buf_len=131072\ndo_site_surv");
