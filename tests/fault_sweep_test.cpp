@@ -48,7 +48,8 @@ protected:
         const std::string fault =
             R"({"call": ")" + call + R"(", "errno": ")" + error + R"(", "nth": )" + std::to_string(nth) + "}";
         course course = run(operation, fault, error);
-        if (course.gained.heap > 0) // libc may keep a little at the first time, a leak grows at every time
+        // libc keeps a little now and then; a leak grows at every time.
+        for (int tries = 1; course.gained.heap > 0 && tries < 5; ++tries)
             course = run(operation, fault, error);
         const auto& may = operation.may;
         EXPECT_NE(std::find(may.begin(), may.end(), course.result), may.end()) << "answered " << course.result;
@@ -56,7 +57,7 @@ protected:
         EXPECT_LE(course.gained.sockets, operation.keeps + (course.struck ? 1 : 0));
         EXPECT_EQ(course.gained.consoles, course.quiet_commands);
         EXPECT_EQ(course.gained.others, 0);
-        EXPECT_LT(course.gained.heap, 32); // malloc may round up by less than its smallest piece
+        EXPECT_LE(course.gained.heap, 0);
         return course.struck;
     }
 };

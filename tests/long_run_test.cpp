@@ -21,15 +21,19 @@ protected:
     /// Runs an operation again and again, with its waits on the camera's clock.
     /// @return how many consoles each run left open.
     int run(const operation& operation, int times) {
-        const holdings before = count_holdings();
         const auto repeat = [&] {
             int results = 0;
             for (int i = 0; i < times; ++i)
                 results |= operation.run();
             return results;
         };
-        EXPECT_EQ(watch(repeat).result, 0);
-        const holdings gained = gained_since(before);
+        holdings gained;
+        for (int tries = 0; tries == 0 || (gained.heap > 0 && tries < 5); ++tries) { // a leak grows at every time
+            close_what_stays();
+            const holdings before = count_holdings();
+            EXPECT_EQ(watch(repeat).result, 0);
+            gained = gained_since(before);
+        }
         EXPECT_EQ(gained.sockets, operation.keeps * times);
         EXPECT_EQ(gained.consoles % times, 0);
         EXPECT_EQ(gained.others, 0);
