@@ -1,10 +1,10 @@
-#include <algorithm>
 #include <cstdio>
 #include <cstring>
 
 #include "libwlan/wlan.h"
 #include "mtk/survey_table.h"
 #include "util/cut_text.h"
+#include "util/site_orders.h"
 
 namespace {
 
@@ -17,42 +17,44 @@ void print_row(const sites& site, const char* name) {
 /// Lists an access point once by name. A stronger one replaces the one listed, and goes to the end.
 /// @return whether `site` entered the list.
 bool list_once(std::vector<sites>& list, const sites& site) {
-    const auto listed = std::find_if(list.begin(), list.end(), [&](const sites& other) {
-        return std::strncmp(other.ssid, site.ssid, sizeof site.ssid) == 0;
-    });
-    if (listed != list.end()) {
+    for (auto listed = list.begin(); listed != list.end(); ++listed) {
+        if (std::strncmp(listed->ssid, site.ssid, sizeof site.ssid) != 0)
+            continue;
         if (listed->signal >= site.signal)
             return false;
         list.erase(listed);
+        break;
     }
     list.push_back(site);
     return true;
 }
 
 int list_row(const wlan& radio, std::vector<sites>& list, std::string_view line) {
-    const std::optional<sites> site = read_row(line);
-    if (!site)
+    sites site{};
+    if (!read_row(line, site))
         return -1;
     if (radio.debug_level != 0)
-        print_row(*site, site->ssid);
-    list.push_back(*site);
+        print_row(site, site.ssid);
+    list.push_back(site);
     return 0;
 }
 
 int list_row_v2(const wlan& radio, std::vector<sites>& list, std::string_view line) {
-    std::optional<std::string_view> foreign_type;
-    const std::optional<sites> site = read_row_v2(line, foreign_type);
-    if (foreign_type)
-        std::fprintf(stderr, "%s[%d] Network type = [%.*s], not Infrastruce.\n", "parse_element_v2",
-                     733, static_cast<int>(foreign_type->size()), foreign_type->data());
-    if (!site)
+    sites site{};
+    if (!read_row_v2(line, site))
         return -1;
+    if (std::strcmp(site.network_type, "In") != 0) {
+        std::fprintf(stderr, "%s[%d] Network type = [%s], not Infrastruce.\n", "parse_element_v2",
+                     733, site.network_type);
+        return -1;
+    }
+    std::memcpy(site.network_type, "Infra", sizeof "Infra");
     if (radio.debug_level != 0) {
         char quoted[35];
-        cut_text(quoted, sizeof quoted, "\"%.36s\"", site->ssid);
-        print_row(*site, quoted);
+        cut_text(quoted, sizeof quoted, "\"%.36s\"", site.ssid);
+        print_row(site, quoted);
     }
-    return list_once(list, *site) ? 0 : -1;
+    return list_once(list, site) ? 0 : -1;
 }
 
 } // namespace
@@ -64,11 +66,12 @@ int wlan::parse_site_survey(std::vector<sites>& list, char* text) {
     std::string_view table = text;
     if (is_version_2_header(take_line(table).value_or("")))
         site_survey_v2 = 1;
-    while (const std::optional<std::string_view> line = take_line(table))
-        result |=
-            site_survey_v2 != 0 ? list_row_v2(*this, list, *line) : list_row(*this, list, *line);
+    while (const std::optional<std::string_view> line = take_line(table)) {
+        const std::string_view row = trimmed(*line);
+        result |= site_survey_v2 != 0 ? list_row_v2(*this, list, row) : list_row(*this, list, row);
+    }
     if (site_survey_v2 != 0)
-        std::sort(list.begin(), list.end(), compare_signal);
+        sort_sites(list, compare_signal);
     return result;
 }
 
@@ -83,10 +86,10 @@ int wlan::parse_element_v2(std::vector<sites>& list, std::string line) {
 }
 
 void wlan::trim(std::string& text) {
-    text = std::string(trimmed(text));
+    text.assign(trimmed(text));
 }
 
 void wlan::trimForSSID(std::string& text) {
-    text =
-        text.substr(1, text.rfind('"') - 1); // without a closing quote the length covers the rest
+    // Without a closing quote the length covers the rest.
+    text.assign(text, 1, text.rfind('"') - 1);
 }

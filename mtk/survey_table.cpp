@@ -9,45 +9,48 @@
 namespace {
 
 struct column {
-    std::size_t position;
-    std::size_t length;
+    unsigned char position;
+    unsigned char length;
 };
 
-constexpr std::string_view blanks = " \t\n";
+/// A text that goes into the record as it stands.
+struct text_column {
+    column from;
+    unsigned char field; // offset in the record; no column is wider than its field
+};
 
 // Version 1.
 constexpr column channel_v1{0, 8};
 constexpr column rssi_v1{8, 8};
 constexpr column ssid_v1{16, 36};
-constexpr column bssid_v1{52, 20};
-constexpr column encryption_v1{72, 12};
-constexpr column authentication_v1{84, 20};
-constexpr column network_type_v1{104, 12};
+constexpr text_column texts_v1[] = {
+    {{52, 20}, offsetof(sites, bssid)},
+    {{72, 12}, offsetof(sites, encryption)},
+    {{84, 20}, offsetof(sites, authentication)},
+    {{104, 12}, offsetof(sites, network_type)},
+};
 
 // Version 2. Security and signal share column 82: a digit of the signal does not disturb the search
 // for words in the security text.
 constexpr column channel_v2{0, 4};
 constexpr column ssid_v2{4, 34};
-constexpr column bssid_v2{39, 20};
+constexpr text_column bssid_v2{{39, 20}, offsetof(sites, bssid)};
 constexpr column security_v2{59, 24};
 constexpr column signal_v2{82, 9};
 constexpr column network_type_v2{106, 2};
 
 // Networks that a camera cannot join: they authenticate through a server, or in a way unknown even
 // to the driver.
-constexpr std::string_view server_authentications[] = {"WPA", "WPA2", "WPA1WPA2", "UNKNOW"};
+constexpr char server_authentications[][9] = {"WPA", "WPA2", "WPA1WPA2", "UNKNOW"};
 
 struct word {
-    std::string_view contained;
-    const char* text;
+    char contained[15];
+    char text[17];
 };
 
-// The first word that the security text contains wins.
+// The first word that the security text contains wins. Every text contains the empty one.
 constexpr word encryption_words[] = {
-    {"TKIPAES", "TKIP/AES"},
-    {"AES", "AES"},
-    {"TKIP", "TKIP"},
-    {"WEP", "WEP"},
+    {"TKIPAES", "TKIP/AES"}, {"AES", "AES"}, {"TKIP", "TKIP"}, {"WEP", "WEP"}, {"", "NONE"},
 };
 
 constexpr word authentication_words[] = {
@@ -66,58 +69,51 @@ const char* find_word(const word (&words)[size], std::string_view text) {
     return nullptr;
 }
 
-/// A line's column; none when the line ends before it.
-std::optional<std::string_view> cut(std::string_view line, column column) {
-    if (column.position > line.size())
-        return std::nullopt;
-    return line.substr(column.position, column.length);
+/// A line's column, or what the line has of it.
+std::string_view cut(std::string_view line, const column& column) {
+    line.remove_prefix(std::min<std::size_t>(column.position, line.size()));
+    return line.substr(0, column.length);
 }
 
-/// The number that a column begins with, after blanks, and 0 when it begins with none; nothing when
-/// the line ends before the column.
-std::optional<int> number(std::string_view line, column column) {
-    const std::optional<std::string_view> text = cut(line, column);
-    if (!text)
-        return std::nullopt;
+void copy_text(char* field, std::string_view text) {
+    std::memcpy(field, text.data(), text.size());
+}
+
+/// The number that a column begins with, after blanks, and 0 when it begins with none.
+int number(std::string_view line, const column& column) {
     char digits[16]{}; // no column of numbers is wider
-    std::memcpy(digits, text->data(), std::min(text->size(), sizeof digits - 1));
+    copy_text(digits, cut(line, column));
     return static_cast<int>(std::strtol(digits, nullptr, 10));
 }
 
-template <std::size_t size>
-bool fill(char (&field)[size], std::string_view text) {
-    if (text.empty())
+bool fill_text(sites& site, std::string_view line, const text_column& column) {
+    const std::string_view text = trimmed(cut(line, column.from));
+    copy_text(reinterpret_cast<char*>(&site) + column.field, text);
+    return !text.empty();
+}
+
+/// What stands between the first character, taken to be the opening quote, and the last quote.
+bool fill_name(sites& site, std::string_view quoted) {
+    if (quoted.empty())
         return false;
-    const std::size_t length = std::min(text.size(), size);
-    std::memcpy(field, text.data(), length);
-    return true;
+    // Without a closing quote the length covers the rest.
+    const std::string_view name = quoted.substr(1, quoted.rfind('"') - 1);
+    copy_text(site.ssid, name);
+    return !name.empty();
 }
 
-template <std::size_t size>
-bool fill_from(char (&field)[size], std::optional<std::string_view> column) {
-    return column && fill(field, trimmed(*column));
-}
-
-template <std::size_t size>
-bool fill_name(char (&field)[size], std::optional<std::string_view> column) {
-    if (!column)
-        return false;
-    const std::optional<std::string_view> name = unquoted(*column);
-    return name && fill(field, *name);
-}
-
-bool needs_server(std::string_view authentication) {
-    return std::find(std::begin(server_authentications), std::end(server_authentications),
-                     authentication) != std::end(server_authentications);
+bool needs_server(const sites& site) {
+    return std::any_of(std::begin(server_authentications), std::end(server_authentications),
+                       [&](const char* word) {
+                           return std::strncmp(site.authentication, word,
+                                               sizeof site.authentication) == 0;
+                       });
 }
 
 /// Splits the driver's combined security text.
-bool fill_security(sites& site, std::string_view security) {
-    if (security.empty())
-        return false;
-    const char* encryption = find_word(encryption_words, security);
-    const char* authentication = find_word(authentication_words, security);
-    fill_field(site.encryption, encryption != nullptr ? encryption : "NONE");
+bool fill_security(sites& site, std::string_view text) {
+    fill_field(site.encryption, find_word(encryption_words, text));
+    const char* authentication = find_word(authentication_words, text);
     if (authentication == nullptr && std::strcmp(site.encryption, "WEP") == 0)
         authentication = "WEPAUTO";
     if (authentication == nullptr)
@@ -126,77 +122,53 @@ bool fill_security(sites& site, std::string_view security) {
     return true;
 }
 
+bool is_blank(char character) {
+    return character == ' ' || character == '\t' || character == '\n';
+}
+
 } // namespace
 
 std::string_view trimmed(std::string_view text) {
-    const std::size_t last = text.find_last_not_of(blanks);
-    if (last == std::string_view::npos)
-        return {};
-    const std::size_t first = text.find_first_not_of(blanks);
-    return text.substr(first, last - first + 1);
-}
-
-std::optional<std::string_view> unquoted(std::string_view text) {
-    if (text.empty())
-        return std::nullopt;
-    return text.substr(1,
-                       text.rfind('"') - 1); // without a closing quote the length covers the rest
+    while (!text.empty() && is_blank(text.back()))
+        text.remove_suffix(1);
+    while (!text.empty() && is_blank(text.front()))
+        text.remove_prefix(1);
+    return text;
 }
 
 std::optional<std::string_view> take_line(std::string_view& text) {
-    const std::size_t start = text.find_first_not_of('\n');
-    if (start == std::string_view::npos)
+    while (!text.empty() && text.front() == '\n')
+        text.remove_prefix(1);
+    if (text.empty())
         return std::nullopt;
-    const std::size_t end = std::min(text.find('\n', start), text.size());
-    const std::string_view line = text.substr(start, end - start);
-    text.remove_prefix(end);
+    const std::string_view line = text.substr(0, text.find('\n'));
+    text.remove_prefix(line.size());
     return line;
 }
 
 bool is_version_2_header(std::string_view header) {
-    return header.size() >= 8 && header.substr(4, 4) == "SSID";
+    return header.size() >= 8 && std::memcmp(header.data() + 4, "SSID", 4) == 0;
 }
 
-std::optional<sites> read_row(std::string_view line) {
-    line = trimmed(line);
-    if (line.empty())
-        return std::nullopt;
-    sites site{};
-    site.channel = number(line, channel_v1).value_or(0);
-    site.rssi = number(line, rssi_v1).value_or(0);
-    if (site.channel < 1 || site.rssi >= 0)
-        return std::nullopt;
-    const bool whole = fill_name(site.ssid, cut(line, ssid_v1)) &&
-                       fill_from(site.bssid, cut(line, bssid_v1)) &&
-                       fill_from(site.encryption, cut(line, encryption_v1)) &&
-                       fill_from(site.authentication, cut(line, authentication_v1)) &&
-                       fill_from(site.network_type, cut(line, network_type_v1));
-    if (!whole || needs_server(trimmed(*cut(line, authentication_v1))))
-        return std::nullopt;
-    return site;
+bool read_row(std::string_view line, sites& site) {
+    site.channel = number(line, channel_v1);
+    site.rssi = number(line, rssi_v1);
+    if (site.channel < 1 || site.rssi >= 0 || !fill_name(site, cut(line, ssid_v1)))
+        return false;
+    for (const text_column& column : texts_v1)
+        if (!fill_text(site, line, column))
+            return false;
+    return !needs_server(site);
 }
 
-std::optional<sites> read_row_v2(std::string_view line,
-                                 std::optional<std::string_view>& foreign_type) {
-    line = trimmed(line);
-    if (line.empty())
-        return std::nullopt;
-    sites site{};
-    site.channel = number(line, channel_v2).value_or(0);
-    site.signal = number(line, signal_v2).value_or(-1);
+bool read_row_v2(std::string_view line, sites& site) {
+    if (line.size() < network_type_v2.position)
+        return false;
+    site.channel = number(line, channel_v2);
+    site.signal = number(line, signal_v2);
     if (site.channel < 1 || site.signal < 0)
-        return std::nullopt;
-    const auto security = cut(line, security_v2);
-    const bool whole = fill_name(site.ssid, cut(line, ssid_v2)) &&
-                       fill_from(site.bssid, cut(line, bssid_v2)) && security &&
-                       fill_security(site, trimmed(*security));
-    const auto type = cut(line, network_type_v2);
-    if (!whole || !type)
-        return std::nullopt;
-    if (*type != "In") {
-        foreign_type = type;
-        return std::nullopt;
-    }
-    fill_field(site.network_type, "Infra");
-    return site;
+        return false;
+    copy_text(site.network_type, cut(line, network_type_v2));
+    return fill_name(site, cut(line, ssid_v2)) && fill_text(site, line, bssid_v2) &&
+           fill_security(site, cut(line, security_v2));
 }

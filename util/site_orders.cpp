@@ -1,4 +1,6 @@
-#include "libwlan/sites.h"
+#include "util/site_orders.h"
+
+#include <algorithm>
 
 #include <strings.h>
 
@@ -8,4 +10,8 @@ bool compare_signal(sites a, sites b) {
 
 bool compare_by_ssid(sites a, sites b) {
     return strncasecmp(a.ssid, b.ssid, sizeof a.ssid) < 0;
+}
+
+void sort_sites(std::vector<sites>& list, bool (*order)(sites, sites)) {
+    std::sort(list.begin(), list.end(), order);
 }
