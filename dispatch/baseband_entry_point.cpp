@@ -2,5 +2,8 @@
 #include "libwlan/baseband.h"
 
 int run_set_bbp(char* ifname, char* reg, int value, int mask) {
-    return on_mtk([&](wlan& radio) { return radio.do_set_bbp(ifname, reg, value, mask); });
+    wlan radio;
+    if (radio.init() != 0)
+        return -1;
+    return end_request(radio, radio.do_set_bbp(ifname, reg, value, mask));
 }

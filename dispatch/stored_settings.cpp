@@ -9,7 +9,8 @@ void end_text(char (&text)[size]) {
 
 } // namespace
 
-int read_settings(int (*read)(_wireless_setting*), _wireless_setting& settings) {
+int with_settings(int (*read)(_wireless_setting*), int (*request)(_wireless_setting&)) {
+    _wireless_setting settings{};
     if (read(&settings) != 0)
         return -1;
     end_text(settings.client_ssid);
@@ -17,5 +18,5 @@ int read_settings(int (*read)(_wireless_setting*), _wireless_setting& settings) 
     end_text(settings.client_key);
     end_text(settings.ap_ssid);
     end_text(settings.ap_key);
-    return 0;
+    return request(settings);
 }

@@ -7,11 +7,15 @@ int run_site_survey(std::vector<sites>& list) {
 }
 
 int run_site_survey_mtk(std::vector<sites>& list) {
-    return on_mtk([&](wlan& radio) { return radio.do_site_survey(list, true); });
+    wlan radio;
+    if (radio.init() != 0)
+        return -1;
+    return end_request(radio, radio.do_site_survey(list, true));
 }
 
 int run_site_survey_realtek(std::vector<sites>& list) {
-    wext driver; // a running wpa_supplicant is left alone
-    return run_request(driver, driver.init(false),
-                       [&](wext& radio) { return radio.do_site_survey(list); });
+    wext radio; // a running wpa_supplicant is left alone
+    if (radio.init(false) != 0)
+        return -1;
+    return end_request(radio, radio.do_site_survey(list));
 }

@@ -11,12 +11,15 @@ int create_udhcpd_config(const char* interface, const _dhcp_server_setting* sett
         return -1;
     }
     // Keywords and tabs are uneven on purpose: camera images carry scripts that match these lines.
-    std::fprintf(file, "start\t\t%.32s\n", setting->pool_start);
-    std::fprintf(file, "end\t\t%.32s\n", setting->pool_end);
-    std::fprintf(file, "interface\t\t%s\n", interface);
-    std::fprintf(file, "option subnet\t%.32s\n", setting->subnet_mask);
-    std::fprintf(file, "opt router\t\t%.32s\n", setting->server_address);
-    std::fprintf(file, "opt dns\t\t%.32s\n", setting->server_address);
+    std::fprintf(file,
+                 "start\t\t%.32s\n"
+                 "end\t\t%.32s\n"
+                 "interface\t\t%s\n"
+                 "option subnet\t%.32s\n"
+                 "opt router\t\t%.32s\n"
+                 "opt dns\t\t%.32s\n",
+                 setting->pool_start, setting->pool_end, interface, setting->subnet_mask,
+                 setting->server_address, setting->server_address);
     std::fclose(file);
     return 0;
 }
