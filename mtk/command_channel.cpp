@@ -1,18 +1,17 @@
 #include <cstdio>
 #include <cstring>
 
-#include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
 #include "libwlan/wlan.h"
+#include "mtk/ask_driver.h"
 #include "util/console_trace.h"
 #include "util/cut_text.h"
 #include "util/debug_level.h"
 #include "util/driver_requests.h"
 #include "util/program.h"
 #include "util/text_field.h"
-#include "util/wireless_request.h"
 
 // Interface and prefix may fill their 64 characters without a terminator, so they are always
 // formatted with that precision.
@@ -63,11 +62,8 @@ int wlan::simple_set_private(char* text) {
     console = open_console();
     trace(console, debug_level, "iwpriv %.64s set %s", ifname, text);
 
-    request = named_request(ifname);
-    request.u.data.pointer = text;
-    request.u.data.length =
-        static_cast<__u16>(std::strlen(text)); // the driver wants no terminator here
-    return ioctl(sock, driver_set, &request);
+    // The driver wants no terminator here.
+    return ask_driver(*this, driver_set, ifname, text, std::strlen(text));
 }
 
 int wlan::command_set_private(char* text) {

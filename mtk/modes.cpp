@@ -31,12 +31,11 @@ struct station_settings {
 };
 
 int set_bssid_to_join(wlan& radio, const station_settings& station) {
-    char any[] = "00:00:00:00:00:00";
-    const char* bssid = station.mode == APCLI_BY_BSSID ? station.bssid : any;
+    const char* bssid = station.mode == APCLI_BY_BSSID ? station.bssid : "00:00:00:00:00:00";
     if (bssid == nullptr)
         return -1;
-    char text[32]{};
-    cut_text(text, sizeof text - 1, "%s", bssid);
+    char text[31];
+    cut_text(text, sizeof text, "%s", bssid);
     return radio.set_bssid(text);
 }
 

@@ -13,7 +13,7 @@ namespace {
 
 // By authentication mode. Modes that the driver has no word for fall back to the nearest that it
 // has.
-constexpr const char* auth_words[] = {
+constexpr char auth_words[][14] = {
     "OPEN",          // AUTH_OPEN
     "WEPAUTO",       // AUTH_SHARED
     "WPAPSK",        // AUTH_WPAPSK
@@ -25,7 +25,7 @@ constexpr const char* auth_words[] = {
 };
 
 // By cipher.
-constexpr const char* enc_words[] = {
+constexpr char enc_words[][8] = {
     "NONE",    // ENC_NONE
     "WEP",     // ENC_WEP
     "TKIP",    // ENC_TKIP

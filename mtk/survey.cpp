@@ -1,14 +1,13 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include "libwlan/link_status.h"
 #include "libwlan/wlan.h"
+#include "mtk/ask_driver.h"
 #include "mtk/interfaces.h"
 #include "util/driver_requests.h"
-#include "util/wireless_request.h"
 
 namespace {
 
@@ -38,10 +37,7 @@ bool scan(wlan& radio) {
 }
 
 bool fetch_table(wlan& radio, char* text) {
-    radio.request = named_request(radio.ifname);
-    radio.request.u.data.pointer = text;
-    radio.request.u.data.length = table_size;
-    if (ioctl(radio.sock, driver_survey, &radio.request) < 0) {
+    if (ask_driver(radio, driver_survey, radio.ifname, text, table_size) < 0) {
         std::perror("RTPRIV_IOCTL_GSITESURVEY");
         return false;
     }

@@ -3,11 +3,10 @@
 #include <cstring>
 #include <optional>
 
-#include <sys/ioctl.h>
-
 #include "libwlan/link_status.h"
 #include "libwlan/store.h"
 #include "libwlan/wlan.h"
+#include "mtk/ask_driver.h"
 #include "mtk/interfaces.h"
 #include "mtk/wps_profile.h"
 #include "util/cut_text.h"
@@ -15,7 +14,6 @@
 #include "util/integer_text.h"
 #include "util/program.h"
 #include "util/text_field.h"
-#include "util/wireless_request.h"
 
 namespace {
 
@@ -26,7 +24,7 @@ constexpr int command_failed = -122;
 constexpr unsigned short profile_size = 4096; // the most that the driver gives
 
 struct profile_word {
-    const char* text;
+    char text[8];
     unsigned char value;
 };
 
@@ -79,10 +77,7 @@ bool fill_client(_wireless_setting& setting, const wps_profile& profile) {
 int wlan::update_wsc_to_db_and_action(char* name) {
     char* const interface = name != nullptr ? name : access_point_interface;
     char text[profile_size + 1]{}; // a profile that fills its room still ends
-    request = named_request(interface);
-    request.u.data.pointer = text;
-    request.u.data.length = profile_size;
-    if (ioctl(sock, driver_wps_profile, &request) != 0) {
+    if (ask_driver(*this, driver_wps_profile, interface, text, profile_size) != 0) {
         std::fprintf(stderr, "ioctl failed: %s\n", "update_wsc_to_db_and_action");
         return driver_failed;
     }

@@ -2,13 +2,11 @@
 #include <cstdio>
 #include <iterator>
 
-#include <sys/ioctl.h>
-
 #include "libwlan/wlan.h"
+#include "mtk/ask_driver.h"
 #include "mtk/interfaces.h"
 #include "util/cut_text.h"
 #include "util/driver_requests.h"
-#include "util/wireless_request.h"
 
 namespace {
 
@@ -104,11 +102,7 @@ int wlan::does_it_finish(int index) {
         return 0;
     std::int32_t code = -1;
     set_interface(interface);
-    request = named_request(ifname);
-    request.u.data.pointer = &code;
-    request.u.data.length = sizeof code;
-    request.u.data.flags = status_query;
-    if (ioctl(sock, driver_query, &request) < 0) {
+    if (ask_driver(*this, driver_query, ifname, &code, sizeof code, status_query) < 0) {
         std::perror(ifname);
         return 0;
     }

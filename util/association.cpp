@@ -43,7 +43,7 @@ access_point_answer ask_access_point(const char* caller, const char* name) {
         std::fprintf(stderr, "[%s]open socket failed.\n", caller);
         return answer;
     }
-    answer.request = named_request(name);
+    name_request(answer.request, name);
     if (ioctl(answer.sock, SIOCGIWAP, &answer.request) < 0)
         std::fprintf(stderr, "[%s]SIOCGIWAP failed.\n", caller);
     else

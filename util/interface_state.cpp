@@ -18,7 +18,7 @@ int does_if_exist(const char* name) {
     if (file == nullptr)
         return 1; // an interface that is not there counts as existing: the survey then leaves it
                   // alone
-    char state[64]{};
+    char state[64];
     const bool down =
         std::fread(state, 1, sizeof state, file) >= 4 && std::memcmp(state, "down", 4) == 0;
     std::fclose(file);

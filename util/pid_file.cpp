@@ -2,7 +2,6 @@
 #include <csignal>
 #include <cstdio>
 #include <cstring>
-#include <optional>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -19,12 +18,6 @@ int lock_whole_file(int file) {
     lock.l_type = F_WRLCK;
     lock.l_whence = SEEK_SET;
     return fcntl(file, F_SETLK, &lock);
-}
-
-std::optional<int> read_pid(FILE* file) {
-    const std::optional<int> pid = read_integer(file);
-    // kill() takes 0 and negative numbers for whole groups of processes.
-    return pid && *pid > 0 ? pid : std::nullopt;
 }
 
 } // namespace
@@ -54,22 +47,23 @@ int send_signal_ps(const char* pidfile, int signal, int wait) {
     FILE* file = std::fopen(pidfile, "r");
     if (file == nullptr)
         return 0;
-    const std::optional<int> pid = read_pid(file);
+    const int pid = read_integer(file).value_or(0);
     std::fclose(file);
-    if (!pid)
+    // kill() takes 0 and negative numbers for whole groups of processes.
+    if (pid <= 0)
         return 0;
 
-    kill(*pid, signal);
+    kill(pid, signal);
     if (wait == 0)
         return 0;
     int polls = 0;
-    while (polls < death_polls && kill(*pid, 0) == 0) {
+    while (polls < death_polls && kill(pid, 0) == 0) {
         sleep(1);
         ++polls;
     }
     // The count alone decides: a process that died during the last sleep still counts as alive.
     if (polls == death_polls) {
-        std::printf("Can not kill process ID %d, pidfile=%s, signal=%d\n", *pid, pidfile, signal);
+        std::printf("Can not kill process ID %d, pidfile=%s, signal=%d\n", pid, pidfile, signal);
         return -1;
     }
     unlink(pidfile);

@@ -8,17 +8,9 @@
 
 #include <linux/wireless.h>
 
-#include "util/text_field.h"
-
 /// Names the interface that `request` is for. A name of 16 characters or more reaches the kernel
 /// without a terminator.
-inline void name_request(iwreq& request, const char* ifname) {
-    fill_field(request.ifr_name, ifname == nullptr ? "" : ifname);
-}
+void name_request(iwreq& request, const char* ifname);
 
 /// A request that is zero but for the interface.
-inline iwreq named_request(const char* ifname) {
-    iwreq request{};
-    name_request(request, ifname);
-    return request;
-}
+iwreq named_request(const char* ifname);
