@@ -1,13 +1,14 @@
 #include "sim/json_place.h"
 
 #include <algorithm>
-#include <stdexcept>
+
+#include "sim/scene.h"
 
 json_place::json_place(nlohmann::json value, std::string where)
     : value_(std::move(value)), where_(std::move(where)) {}
 
 void json_place::refuse(const std::string& expected) const {
-    throw std::runtime_error(where_ + ": expected " + expected);
+    throw wrong_scene(where_ + ": expected " + expected);
 }
 
 json_place json_place::get(const char* key, const nlohmann::json& unset) const {
@@ -25,7 +26,7 @@ bool json_place::is_list() const {
 void json_place::only(const std::vector<std::string>& keys) const {
     for (const auto& [name, entry] : entries())
         if (std::find(keys.begin(), keys.end(), name) == keys.end())
-            throw std::runtime_error(entry.where_ + ": unknown key");
+            throw wrong_scene(entry.where_ + ": unknown key");
 }
 
 std::vector<std::pair<std::string, json_place>> json_place::entries() const {

@@ -175,6 +175,14 @@ void read_list(const json_place& from, entry (&places)[most], const reader& read
         read(item, places[i++]);
 }
 
+json parse(const std::string& text) {
+    try {
+        return json::parse(text);
+    } catch (const json::parse_error& error) {
+        throw wrong_scene(error.what());
+    }
+}
+
 camera_state read_state(const json_place& scene) {
     scene.only({"adapter", "usb", "interfaces", "wired", "clock_ms", "air", "best_channel",
                 "survey_table", "scan", "wps", "registers", "answers", "missing_programs",
@@ -259,7 +267,7 @@ void clear(const std::string& scratch) {
 } // namespace
 
 void make_camera(const std::string& text, const std::string& scratch) {
-    const json_place scene(json::parse(text), "scene");
+    const json_place scene(parse(text), "scene");
     camera_state state = read_state(scene);
     clear(scratch);
     write_files(scene, state, scratch);
@@ -267,6 +275,7 @@ void make_camera(const std::string& text, const std::string& scratch) {
 }
 
 std::string read_text(const std::string& path) {
+    errno = 0;
     std::ostringstream text;
     text << std::ifstream(path).rdbuf();
     return text.str();

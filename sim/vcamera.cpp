@@ -20,6 +20,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
+constexpr int failed = 1;
 constexpr int wrong_usage = 2;
 constexpr int cannot_run = 127;
 
@@ -50,13 +51,21 @@ std::string usual_scratch() {
 
 /// Goes on with the camera in the scratch folder, unless a new one is wanted.
 void prepare_camera(const request& request) {
-    const std::string present = read_text(request.scratch + "/scene.json");
-    const std::string scene = request.scene.empty() ? present : read_text(request.scene);
+    const std::string kept = request.scratch + "/scene.json";
+    const std::string present = read_text(kept);
+    if (request.scene.empty() && errno == ENOENT)
+        throw std::runtime_error("there is no camera yet; give --scene");
+    const std::string file = request.scene.empty() ? kept : request.scene;
+    const std::string scene = read_text(file);
     if (scene.empty())
-        throw std::runtime_error(request.scene.empty() ? "there is no camera yet; give --scene"
-                                                       : request.scene + ": cannot read");
-    if (request.fresh || scene != present)
-        make_camera(scene, request.scratch);
+        throw std::runtime_error(
+            file + ": cannot read: " + (errno != 0 ? std::strerror(errno) : "it is empty"));
+    try {
+        if (request.fresh || scene != present)
+            make_camera(scene, request.scratch);
+    } catch (const wrong_scene& reason) {
+        throw std::runtime_error(file + ": " + reason.what());
+    }
     // In a folder like /tmp it could be someone else's; this fails on those.
     fs::permissions(request.scratch, fs::perms::owner_all);
     setenv("VCAMERA_SCRATCH", request.scratch.c_str(), 1);
@@ -91,11 +100,18 @@ int run(const std::vector<std::string>& program) {
 }
 
 int show_log(const std::string& scratch) {
+    if (!fs::exists(scratch + "/journal")) {
+        std::fprintf(stderr, "vcamera: there is no camera in %s\n", scratch.c_str());
+        return failed;
+    }
     for (const vcamera::line& line : vcamera::journal(scratch))
         std::printf("%6ld.%03ld  %-24s %-13s %s  -> %s\n", line.milliseconds / 1000,
                     line.milliseconds % 1000, line.subject.c_str(), line.request.c_str(),
                     line.text.c_str(), line.answer.c_str());
-    return 0;
+    if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0)
+        return 0;
+    std::perror("vcamera: cannot write the log");
+    return failed;
 }
 
 int launch(int argc, char** argv) {
@@ -112,8 +128,12 @@ int launch(int argc, char** argv) {
     CLI::App* log = app.add_subcommand("log", "Show what crossed, in order")->fallthrough();
     try {
         app.parse(argc, argv);
-    } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? 0 : wrong_usage;
+    } catch (const CLI::Success& help) {
+        return app.exit(help);
+    } catch (const CLI::ExtrasError& error) {
+        const bool marked = std::find(argv, argv + argc, std::string("--")) != argv + argc;
+        throw std::runtime_error(std::string(error.what()) +
+                                 (marked ? "" : "; put -- before the program"));
     }
     request.scratch = fs::absolute(request.scratch);
     if (log->parsed())
