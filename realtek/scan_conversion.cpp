@@ -5,7 +5,6 @@
 #include <cstring>
 
 #include "realtek/security_elements.h"
-#include "util/text_field.h"
 
 namespace {
 
@@ -13,18 +12,18 @@ constexpr int channel_1_frequency = 2412; // MHz
 constexpr int channel_spacing = 5;
 
 /// A network's name as text. A name of 32 bytes runs on into the record's next byte, its length,
-/// which reads as a blank: lists show such names with one, and callers join by the name that they
-/// were shown.
-void fill_name(sites& site, const scan_result_t& result) {
-    const auto* name = reinterpret_cast<const char*>(result.ssid);
-    const std::size_t length = strnlen(name, sizeof result.ssid);
-    std::memcpy(site.ssid, name, length);
+/// which reads as a blank: lists in the field show such names with one.
+void read_name(char (&name)[sizeof sites::ssid], const scan_result_t& result) {
+    const auto* text = reinterpret_cast<const char*>(result.ssid);
+    const std::size_t length = strnlen(text, sizeof result.ssid);
+    std::memcpy(name, text, length);
     if (length == sizeof result.ssid)
-        site.ssid[length] = static_cast<char>(result.ssid_len);
+        name[length] = static_cast<char>(result.ssid_len);
 }
 
-bool is_hidden(const sites& site) {
-    return site.ssid[0] == '\0' || std::strcmp(site.ssid, "<hidden>") == 0;
+bool is_hidden(const char (&name)[sizeof sites::ssid]) {
+    constexpr char shown_as[] = "<hidden>";
+    return name[0] == '\0' || std::memcmp(name, shown_as, sizeof shown_as) == 0;
 }
 
 /// Infrastructure and master match each other, in both directions.
@@ -70,48 +69,59 @@ bool has(int bits, unsigned int wanted) {
     return (static_cast<unsigned int>(bits) & wanted) == wanted;
 }
 
-const char* authentication_of(int bits) {
-    if (bits == 0 || bits == 1)
-        return "OPEN";
-    return has(bits, RSN_PARSED) ? "WPA2-PSK" : "WPA-PSK";
-}
+struct security_texts {
+    char authentication[sizeof sites::authentication];
+    char encryption[sizeof sites::encryption];
+};
 
-const char* encryption_of(int bits) {
+constexpr security_texts no_security{"OPEN", "NONE"};
+constexpr security_texts wep_only{"OPEN", "WEP"};
+constexpr security_texts wpa_tkip{"WPA-PSK", "TKIP"};
+constexpr security_texts wpa_aes{"WPA-PSK", "AES"};
+constexpr security_texts rsn_tkip{"WPA2-PSK", "TKIP"};
+constexpr security_texts rsn_aes{"WPA2-PSK", "AES"};
+
+const security_texts& texts_of(int bits) {
     if (bits == 0)
-        return "NONE";
+        return no_security;
     if (bits == 1) // no element gives this; drivers without elements might
-        return "WEP";
-    const unsigned int ccmp = has(bits, RSN_PARSED) ? RSN_GROUP_CCMP | RSN_PAIRWISE_CCMP
-                                                    : WPA_GROUP_CCMP | WPA_PAIRWISE_CCMP;
-    return has(bits, ccmp) ? "AES" : "TKIP";
+        return wep_only;
+    if (has(bits, RSN_PARSED))
+        return has(bits, RSN_GROUP_CCMP | RSN_PAIRWISE_CCMP) ? rsn_aes : rsn_tkip;
+    return has(bits, WPA_GROUP_CCMP | WPA_PAIRWISE_CCMP) ? wpa_aes : wpa_tkip;
 }
 
 void fill_security(sites& entry, int bits) {
-    fill_field(entry.authentication, authentication_of(bits));
-    fill_field(entry.encryption, encryption_of(bits));
+    const security_texts& texts = texts_of(bits);
+    std::memcpy(entry.authentication, texts.authentication, sizeof entry.authentication);
+    std::memcpy(entry.encryption, texts.encryption, sizeof entry.encryption);
 }
 
-bool is_listed(const sites& entry, const std::vector<sites>& list) {
-    return std::any_of(list.begin(), list.end(), [&](const sites& listed) {
-        return std::strncmp(listed.ssid, entry.ssid, sizeof entry.ssid) == 0;
-    });
+bool is_listed(const char* name, const std::vector<sites>& list) {
+    for (const sites& listed : list)
+        if (std::strncmp(listed.ssid, name, sizeof listed.ssid) == 0)
+            return true;
+    return false;
 }
 
 /// Marks of the listed names. A name without its mark is new; only with it the list is searched.
 using name_marks = std::bitset<4096>;
 
-std::size_t mark_of(const sites& site) {
+std::size_t mark_of(const char (&name)[sizeof sites::ssid]) {
     std::size_t mark = 0;
-    for (std::size_t i = 0; i < sizeof site.ssid && site.ssid[i] != '\0'; ++i)
-        mark = mark * 31 + static_cast<unsigned char>(site.ssid[i]);
+    for (std::size_t i = 0; i < sizeof name && name[i] != '\0'; ++i)
+        mark = mark * 31 + static_cast<unsigned char>(name[i]);
     return mark % name_marks().size();
 }
+
+// Nothing but infrastructure is listed.
+constexpr sites new_entry{"", "", "", "", "Infra", 0, 0, 0};
 
 } // namespace
 
 int parse_encrypt(FILE* /*log*/, sites* entry, int bits, WIRELESS_MODE mode,
                   std::vector<sites>& list) {
-    if (mode != WIRELESS_MODE_MASTER || is_listed(*entry, list))
+    if (mode != WIRELESS_MODE_MASTER || is_listed(entry->ssid, list))
         return -1;
     fill_security(*entry, bits);
     return 0;
@@ -121,26 +131,27 @@ int convert_scan_results(const scan_result_t* results, int count, int maximum_qu
                          WIRELESS_MODE filter, std::vector<sites>& list) {
     name_marks marks;
     for (const sites& listed : list)
-        marks.set(mark_of(listed));
+        marks.set(mark_of(listed.ssid));
     int accepted = 0;
     for (int i = 0; i < count; ++i) {
-        const scan_result_t* result = &results[i];
-        sites site{};
-        fill_name(site, *result);
-        if (is_hidden(site) || !matches(result->mode, filter) || is_wep_only(*result))
+        const scan_result_t& result = results[i];
+        char name[sizeof sites::ssid]{};
+        read_name(name, result);
+        if (is_hidden(name) || !matches(result.mode, filter) || is_wep_only(result))
             continue;
         ++accepted;
-        const std::size_t mark = mark_of(site);
-        if (result->mode != WIRELESS_MODE_MASTER || (marks[mark] && is_listed(site, list)))
+        const std::size_t mark = mark_of(name);
+        if (result.mode != WIRELESS_MODE_MASTER || (marks[mark] && is_listed(name, list)))
             continue;
         marks.set(mark);
-        fill_field(site.network_type, "Infra");
-        std::memcpy(site.bssid, result->bssid, sizeof result->bssid);
-        site.channel = channel_of(result->freq);
-        site.rssi = result->level;
-        site.signal = percent(result->qual, maximum_quality);
-        fill_security(site, read_security(*result));
-        list.push_back(site);
+        list.push_back(new_entry);
+        sites& entry = list.back();
+        std::memcpy(entry.ssid, name, sizeof name);
+        std::memcpy(entry.bssid, result.bssid, sizeof result.bssid);
+        entry.channel = channel_of(result.freq);
+        entry.rssi = result.level;
+        entry.signal = percent(result.qual, maximum_quality);
+        fill_security(entry, read_security(result));
     }
     return accepted;
 }

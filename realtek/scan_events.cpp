@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "realtek/log.h"
+#include "util/clear_bytes.h"
 #include "util/wireless_request.h"
 
 namespace {
@@ -26,6 +27,9 @@ constexpr std::size_t element_size_limit = 41;
 constexpr unsigned char rsn_element = 48;
 constexpr unsigned char vendor_element = 221;
 constexpr unsigned char wpa_vendor[] = {0x00, 0x50, 0xF2, 0x01};
+
+// What makes a mantissa MHz, by its exponent.
+constexpr int mhz_divisors[] = {1000000, 100000, 10000, 1000, 100, 10, 1};
 
 // By the mode value of Wireless Extensions.
 constexpr WIRELESS_MODE modes[] = {
@@ -64,13 +68,9 @@ void read_ssid(byte_view event, byte_view rest, scan_result_t& result) {
 void read_frequency(byte_view event, scan_result_t& result) {
     const auto mantissa = event.number<std::int32_t>(payload_offset);
     const auto exponent = event.number<std::int16_t>(exponent_offset);
-    if (!mantissa || !exponent)
+    if (!mantissa || !exponent || *exponent >= static_cast<int>(std::size(mhz_divisors)))
         return;
-    int divisor = 1000000;
-    for (int i = 0; i < *exponent && divisor != 0; ++i)
-        divisor /= 10;
-    if (divisor != 0)
-        result.freq = *mantissa / divisor;
+    result.freq = *mantissa / mhz_divisors[std::max<int>(*exponent, 0)];
 }
 
 void read_mode(byte_view event, scan_result_t& result) {
@@ -102,7 +102,7 @@ bool is_wpa_element(byte_view element) {
 template <std::size_t size>
 void keep_element(byte_view element, unsigned char (&kept)[size], std::int32_t& kept_length) {
     static_assert(size >= element_size_limit);
-    std::memcpy(kept, element.data(), element.size());
+    std::copy_n(element.data(), element.size(), kept);
     kept_length = static_cast<std::int32_t>(element.size());
 }
 
@@ -170,7 +170,7 @@ int walk_scan_events(byte_view stream, scan_result_t* results, FILE* log) {
         const std::uint16_t command = *event->number<std::uint16_t>(command_offset);
         // The address opens an access point, and what follows is told about it.
         if (command == SIOCGIWAP && ++count <= max_scan_results)
-            results[count - 1] = {};
+            clear_bytes(&results[count - 1], sizeof *results);
         const byte_view rest = *stream.part(at, stream.size() - at);
         if (count >= 1 && count <= max_scan_results)
             read_event(command, *event, rest, results[count - 1], log);

@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <memory>
@@ -11,6 +10,7 @@
 #include "realtek/log.h"
 #include "realtek/scan_conversion.h"
 #include "util/descriptor.h"
+#include "util/site_orders.h"
 #include "util/wireless_request.h"
 
 namespace {
@@ -93,7 +93,7 @@ int wext::do_site_survey(std::vector<sites>& list) {
         log_to(log, "%s[%d] get_scan_results() < 0\n", in_do_site_survey, 1113);
         return -1;
     }
-    std::sort(list.begin(), list.end(), compare_by_ssid);
+    sort_sites(list, compare_by_ssid);
     print_list(log, list);
     log_to(log, "%s[%d] Done\n", in_do_site_survey, 1123);
     return 0;

@@ -13,5 +13,6 @@ bool compare_by_ssid(sites a, sites b) {
 }
 
 void sort_sites(std::vector<sites>& list, bool (*order)(sites, sites)) {
-    std::sort(list.begin(), list.end(), order);
+    std::sort(list.begin(), list.end(),
+              [order](const sites& one, const sites& other) { return order(one, other); });
 }
