@@ -103,8 +103,7 @@ int wlan::do_infra_mode(char* ssid, char* bssid, auth_from_cam auth, enc_from_ca
 
         if (const char* message = join_on(*this, interface, channel, station)) {
             std::fputs(message, stderr);
-            return result; // 0 on the second pass: the camera is set up to join on the first
-                           // interface
+            return result; // 0 on the second pass: the camera can join on the first band
         }
         result = 0;
         if (channel != first_pass)

@@ -11,8 +11,8 @@ namespace {
 struct security {
     auth_from_cam auth;
     const char* wpa; // value of "wpa"
-    const char*
-        pairwise_key; // the mixed mode needs no line of its own for RSN: hostapd takes WPA's
+    // The mixed mode needs no line of its own for RSN: hostapd takes WPA's.
+    const char* pairwise_key;
 };
 
 constexpr security securities[] = {
@@ -71,9 +71,8 @@ int wext::create_hostapd_config(char* ssid, auth_from_cam auth, enc_from_cam enc
     const security* security = find_security(auth);
     if (!fits_one_line(ssid) || (security != nullptr && !fits_one_line(key)))
         return -1;
-    _system_setting system{};
-    if (cam_get_system(&system) !=
-        0) // nothing of it is written: it tells whether the store answers
+    _system_setting system{}; // nothing of it is written: it tells whether the store answers
+    if (cam_get_system(&system) != 0)
         return -1;
     FILE* file = std::fopen(HOSTAPD_CONFIG, "w+");
     if (file == nullptr)

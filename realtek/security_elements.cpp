@@ -164,7 +164,7 @@ void print_head(byte_view element) {
 } // namespace
 
 unsigned int read_wpa_element(byte_view element) {
-    dump("WPA Information\n");
+    dump("%s", "WPA Information\n");
     print_head(element);
     if (const auto tag = element.part(2, 4))
         dump("\tWPA tag:\t\t\t0x%02X-0x%02X-0x%02X-0x%02X\n", tag->data()[0], tag->data()[1],
@@ -173,12 +173,12 @@ unsigned int read_wpa_element(byte_view element) {
         dump("\tVersion:\t\t\t%d\n", version->data()[0]);
     suite_reader reader(element, wpa);
     read_suites(reader, wpa);
-    dump("\n");
+    dump("%s", "\n");
     return reader.bits() | WPA_PARSED;
 }
 
 unsigned int read_rsn_element(byte_view element) {
-    dump("RSN Information\n");
+    dump("%s", "RSN Information\n");
     print_head(element);
     if (const auto version = element.part(2, 2))
         dump("\tVersion:\t\t\t%d\n", version->data()[0]);

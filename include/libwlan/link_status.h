@@ -28,8 +28,7 @@ static_assert(sizeof(WIFI_INFO) == 28);
 extern "C" {
 
 /// @return 0 when the interface's operational state is "down", else 1; an interface that does not
-/// exist,
-///         and a null name, count as existing.
+///         exist, and a null name, count as existing.
 LIBWLAN_API int does_if_exist(const char* name);
 
 /// @return 0 when both addresses are equal, as memcmp.
@@ -45,8 +44,7 @@ LIBWLAN_API int does_wifi_associated(const char* name);
 
 /// Asks for the channel of an associated station. What was found is told on standard error.
 /// @return the channel number, or -1 without an association or on failure. A driver that refuses
-/// the
-///         channel leaves one socket open.
+///         the channel leaves one socket open.
 LIBWLAN_API int get_wifi_channel(const char* name);
 
 /// Asks for an interface's channel, associated or not; prints it to standard output, and to the
@@ -64,7 +62,6 @@ LIBWLAN_API int probe_link();
 
 /// Collects the radio figures of a MediaTek adapter.
 /// @return 0, -1 without a socket, -22 when "ra0" gives no statistics; that last case leaves one
-/// socket
-///         open.
+///         socket open.
 LIBWLAN_API int get_wifi_info(WIFI_INFO& info);
 }

@@ -4,7 +4,9 @@
 /// Radio modes on whichever adapter is plugged in. Every entry point looks for the adapter family
 /// afresh, runs one request on a fresh driver object and returns 0 for success and -1 for failure.
 /// The driver's and the sequences' messages go to standard error; a store that fails speaks for
-/// itself. A request that failed on the radio leaves one socket open.
+/// itself. A request that failed on the radio leaves one socket open. On MediaTek a station waits
+/// 2 seconds between two bands; on Realtek each daemon that has to end is waited for, 10 seconds at
+/// most.
 ///
 /// Names ending in `_base_db` take their settings from the configuration store. SSIDs, BSSIDs and
 /// keys are NUL-terminated texts. Callers run one request at a time.

@@ -11,7 +11,7 @@
 
 extern "C" {
 
-/// Surveys the air with whichever adapter is plugged in.
+/// Surveys the air with whichever adapter is plugged in, as the call of its family does.
 /// @return 0 or -1.
 LIBWLAN_API int run_site_survey(std::vector<sites>& list);
 

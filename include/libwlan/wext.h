@@ -32,8 +32,7 @@ public:
 
     /// Reads the debug level from /tmp/debug_level (0 without the file) and opens the socket.
     /// @param stop_supplicant true ends a running wpa_supplicant through its pid file, waiting up
-    /// to ten
-    ///        seconds; false leaves it alone.
+    ///        to ten seconds; false leaves it alone.
     /// @return 0, or -1 after "iw_socket" on standard error.
     int init(bool stop_supplicant);
 
@@ -43,8 +42,7 @@ public:
 
     /// Brings an interface up and checks that it is.
     /// @param log receives the messages for an empty name and for giving up; other errors go to
-    /// standard
-    ///        error.
+    ///        standard error.
     /// @param retries how many tries, one second apart; 0 tries once.
     /// @return 0 when the interface is up, else -1.
     int network_nic_ifc_up(FILE* log, const char* ifname, int retries);
@@ -112,12 +110,10 @@ public:
 
     // --- Data
 
-    int debug_flag =
-        0;           ///< number in /tmp/debug_level: non-zero traces command lines to the console
-    int debug_level; ///< the same number, 0 without the file: the bit of value 2 runs daemons in
-                     ///< the foreground
-    int sock = -1;   ///< Wireless Extensions socket, -1 when closed
-    FILE* console;   ///< "/dev/console", opened for the trace line
+    int debug_flag = 0; ///< number in /tmp/debug_level: other than 0 traces to the console
+    int debug_level;    ///< the same, 0 without the file: bit 2 runs daemons in the foreground
+    int sock = -1;      ///< Wireless Extensions socket, -1 when closed
+    FILE* console;      ///< "/dev/console", opened for the trace line
 };
 
 static_assert(offsetof(wext, debug_flag) == 0);

@@ -140,8 +140,7 @@ public:
     /// "apclii0" (15 and above), or with channel 0 first on one and, 2 seconds later, on the other.
     /// @param bssid used when `mode` is APCLI_BY_BSSID; cut to 30 characters.
     /// @return 0, or -1 after the failing step's message on standard error. A failure on "apclii0"
-    /// after
-    ///         a successful "wlan0" prints its message and still returns 0.
+    ///         after a successful "wlan0" prints its message and still returns 0.
     int do_infra_mode(char* ssid, char* bssid, auth_from_cam auth, enc_from_cam enc, char* key,
                       int channel, set_apcli_from_cam mode, unsigned char key_index);
 
@@ -163,8 +162,7 @@ public:
     /// /tmp/ap_list from the whole list. A failure leaves a raised interface up.
     /// @param list appended to.
     /// @param trigger true has the driver scan afresh and waits 4 seconds; false reads the table
-    /// that it
-    ///        holds.
+    ///        that it holds.
     /// @return 0, also after a failure that stands on standard error; -1 when a line was rejected.
     int do_site_survey(std::vector<sites>& list, bool trigger);
 
