@@ -57,12 +57,12 @@ std::string data_text(const iwreq& request) {
     return {text, strnlen(text, request.u.data.length)};
 }
 
-/// The driver's answer goes out when there is room for all of it.
+/// The driver's answer goes out to who knows its size.
 template <typename answer>
 int give(const answer& given, iwreq& request) {
     if (request.u.data.pointer == nullptr)
         return -EFAULT;
-    if (request.u.data.length < sizeof given)
+    if (request.u.data.length != sizeof given)
         return -EINVAL;
     std::memcpy(request.u.data.pointer, &given, sizeof given);
     return 0;
@@ -112,6 +112,8 @@ int use_register(mtk_radio& radio, iwreq& request) {
 }
 
 int answer_mtk_request(camera_state& state, int interface, unsigned long code, iwreq& request) {
+    if (code != mtk_query && request.u.data.flags != 0)
+        return -EINVAL; // flags choose a query, and nothing else
     std::int32_t figure = 0;
     mtk_answer answer = MTK_DONE;
     switch (code) {
@@ -168,9 +170,13 @@ int answer_request(camera_state& state, unsigned long code, iwreq* request) {
     case SIOCGIFFLAGS:
         flags = IFF_BROADCAST | IFF_MULTICAST;
         if (up_flag(state, interface) != 0)
-            flags |= IFF_UP | IFF_RUNNING;
+            flags |= IFF_UP;
+        if (point != nullptr)
+            flags |= IFF_RUNNING; // the carrier
         return 0;
     case SIOCSIFFLAGS:
+        if ((flags & IFF_MULTICAST) == 0)
+            return -EINVAL; // a change of one flag keeps the others
         bring(state, interface, (flags & IFF_UP) != 0);
         return 0;
     case SIOCGIWAP:

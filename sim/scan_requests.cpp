@@ -57,8 +57,12 @@ int give_range(const realtek_radio& radio, iwreq& request) {
 
 int answer_scan_request(camera_state& state, int interface, unsigned long code, iwreq& request) {
     const bool up = up_flag(state, interface) != 0;
+    if (request.u.data.flags != 0)
+        return -EINVAL;
     switch (code) {
     case SIOCSIWSCAN:
+        if (request.u.data.pointer != nullptr || request.u.data.length != 0)
+            return -EFAULT; // a scan with parameters
         return up ? start_scan(state.realtek) : -ENETDOWN;
     case SIOCGIWSCAN:
         return up ? give_results(state, request) : -ENETDOWN;
