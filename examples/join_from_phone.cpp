@@ -8,12 +8,14 @@
 #include <cstring>
 #include <iostream>
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <libwlan/libwlan.h>
 
 namespace {
 
+constexpr std::size_t longest_name = 32;
 constexpr unsigned char first_key = 1;
 constexpr int first_5g_channel = 15;
 constexpr int patience = 20; // seconds until an association counts as failed
@@ -22,10 +24,12 @@ bool contains(const char* text, const char* word) {
     return std::strstr(text, word) != nullptr;
 }
 
+// Older MediaTek drivers have their own words, which have no hyphens.
 auth_from_cam authentication_of(const sites& site) {
-    if (contains(site.authentication, "WPA2-PSK"))
+    const char* word = site.authentication;
+    if (contains(word, "WPA2-PSK") || contains(word, "WPA2PSK"))
         return AUTH_WPA2PSK;
-    return contains(site.authentication, "WPA-PSK") ? AUTH_WPAPSK : AUTH_OPEN;
+    return contains(word, "WPA-PSK") || contains(word, "WPAPSK") ? AUTH_WPAPSK : AUTH_OPEN;
 }
 
 enc_from_cam cipher_of(const sites& site) {
@@ -36,9 +40,9 @@ enc_from_cam cipher_of(const sites& site) {
     return contains(site.encryption, "WEP") ? ENC_WEP : ENC_NONE;
 }
 
-bool join(sites& site, std::string& key) {
-    if (run_infra_mode(site.ssid, site.bssid, authentication_of(site), cipher_of(site), key.data(),
-                       site.channel, first_key) != 0)
+bool join(std::string& name, sites& site, std::string& key) {
+    if (run_infra_mode(name.data(), site.bssid, authentication_of(site), cipher_of(site),
+                       key.data(), site.channel, first_key) != 0)
         return false;
     const bool second_station = isMtkWifi() == 1 && site.channel >= first_5g_channel;
     for (int second = 0; second < patience; ++second) {
@@ -52,15 +56,18 @@ bool join(sites& site, std::string& key) {
 } // namespace
 
 int main() {
+    umask(S_IRWXG | S_IRWXO); // the daemons' files in /tmp hold the key
     std::string name;
     std::string key;
     std::getline(std::cin, name);
     std::getline(std::cin, key);
     std::vector<sites> list;
     run_site_survey(list); // a list that lacks lines is still good to choose from
-    const auto found = std::find_if(list.begin(), list.end(),
-                                    [&](const sites& site) { return name == site.ssid; });
-    if (found != list.end() && join(*found, key)) {
+    // Realtek lists a name of 32 bytes with a blank behind it.
+    const auto found = std::find_if(list.begin(), list.end(), [&](const sites& site) {
+        return name == std::string(site.ssid, strnlen(site.ssid, longest_name));
+    });
+    if (found != list.end() && join(name, *found, key)) {
         std::cout << "joined " << name << '\n';
         return 0;
     }
