@@ -21,7 +21,7 @@ struct register_change {
 std::string number_problem(const std::string& text) {
     const bool fits = !text.empty() && text.size() <= 8 &&
                       text.find_first_not_of("0123456789abcdefABCDEF") == std::string::npos;
-    return fits ? "" : "a register is a number of up to 8 digits, as the driver writes it: 66";
+    return fits ? "" : "a register is a number of up to 8 hexadecimal digits: 66";
 }
 
 answer apply(register_change& change) {

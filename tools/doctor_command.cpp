@@ -9,6 +9,7 @@
 #include <CLI/CLI.hpp>
 
 #include "libwlan/modes.h"
+#include "libwlan/store.h"
 
 #include "adapter.h"
 #include "commands.h"
@@ -99,16 +100,42 @@ answer examine_adapter() {
     }
 }
 
+/// Through the functions of whichever store the image has; its own message tells why it fails.
+answer examine_store() {
+    const char* named = std::getenv("CAMSTORE_FILE");
+    const std::string file = named != nullptr && *named != '\0' ? named : "/etc/camera.conf";
+    _wireless_setting settings{};
+    const bool read = cam_get_ap(&settings) == 0 && cam_get_client(&settings) == 0;
+    return read ? checked(file.c_str(), file, nullptr)
+                : checked(file.c_str(), nullptr, "no stored modes, and WPS stores nothing");
+}
+
+/// The one file that must not be there.
+answer examine_debug_level() {
+    constexpr char file[] = "/tmp/debug_level";
+    return access(file, F_OK) != 0 ? checked(file, nullptr, nullptr)
+                                   : checked(file, file, "traces show keys on the console");
+}
+
+/// A second look at a program tells something new only when the program is there and lacks more.
+void add(answer& checks, const answer& check) {
+    const bool lacks_more = !check["found"].is_null() && !check["breaks"].is_null();
+    if (lacks_more || check["what"] != checks.back()["what"]) {
+        checks.push_back(check);
+    }
+}
+
 answer examine_camera() {
     const families family = isMtkWifi() == 1 ? mediatek : realtek;
     answer checks = {
         examine_usb(), examine_adapter(),
         checked("root", geteuid() == 0 ? answer("yes") : answer(), // the driver obeys nobody else
                 geteuid() == 0 ? answer()
-                               : answer("the driver and the kernel refuse every change"))};
+                               : answer("the driver and the kernel refuse every change")),
+        examine_store(), examine_debug_level()};
     for (const need& need : needs) {
         if (need.family == both || need.family == family) {
-            checks.push_back(examine(need));
+            add(checks, examine(need));
         }
     }
     int missing = 0;
@@ -121,7 +148,7 @@ answer examine_camera() {
     if (missing > 0) {
         throw failure("the camera lacks what the library needs: " + std::to_string(missing) +
                           " of " + std::to_string(checks.size()) + " checks",
-                      "add to the image what stands above beside what its absence breaks", told);
+                      "put right in the image each row that says what breaks", told);
     }
     return told;
 }

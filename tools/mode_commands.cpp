@@ -137,11 +137,11 @@ answer repeat(mode_options& options) {
 // ----------------------------------------------------------------------------------------------
 
 void add_station_options(CLI::App& command, mode_options& options, const std::string& name_option) {
-    add_network_options(command, options.network, name_option);
+    add_network_options(command, options.network, "the network to join", name_option);
     command.add_option("--bssid", options.bssid, "Join this access point only (MediaTek)")
         ->check(bssid_problem);
     command.add_option("--channel", options.channel, "Join on this channel (MediaTek); 0 searches")
-        ->check(CLI::Range(0, 196));
+        ->check(CLI::Range(0, 196, "0-196"));
 }
 
 /// What a command does, with --stored and without.
@@ -176,7 +176,7 @@ void add_access_point(CLI::App& wlanctl, answer& result) {
     auto& command = *wlanctl.add_subcommand("ap", "Start or stop the camera's access point");
     command.require_subcommand(1);
     auto& start = *command.add_subcommand("start", "Start the access point");
-    add_network_options(start, options->access_point, "--ssid");
+    add_network_options(start, options->access_point, "the camera's own network", "--ssid");
     finish(start, options, {"access point", run_ap_mode_base_db, start_access_point}, result);
     command.add_subcommand("stop", "Stop the access point and its DHCP server")
         ->callback([&result] { result = stop_access_point(); });
@@ -187,14 +187,15 @@ void add_join(CLI::App& wlanctl, answer& result) {
     auto& command = *wlanctl.add_subcommand("join", "Join a network as a station");
     add_station_options(command, *options, "SSID");
     command.add_option("--key-index", options->key_index, "Number of the WEP key (MediaTek)")
-        ->check(CLI::Range(1, 4));
+        ->check(CLI::Range(1, 4, "1-4"));
     finish(command, options, {"station", run_infra_mode_base_db, join}, result);
 }
 
 void add_repeat(CLI::App& wlanctl, answer& result) {
     const auto options = std::make_shared<mode_options>();
     auto& command = *wlanctl.add_subcommand("repeat", "Join a network and offer an access point");
-    add_network_options(command, options->access_point, "--ap-ssid", "--ap-");
+    add_network_options(command, options->access_point, "the camera's own network", "--ap-ssid",
+                        "--ap-");
     add_station_options(command, *options, "--ssid");
     finish(command, options, {"repeater", run_repeater_mode_base_db, repeat}, result);
 }

@@ -24,16 +24,21 @@ network_options::~network_options() {
     explicit_bzero(key.data(), key.size());
 }
 
-void add_network_options(CLI::App& command, network_options& network,
+void add_network_options(CLI::App& command, network_options& network, const std::string& whose,
                          const std::string& name_option, const std::string& prefix) {
     network.name_option = name_option;
-    command.add_option(name_option, network.ssid, "Name of the network")->check(ssid_problem);
-    command.add_option(prefix + "auth", network.auth_word, "Authentication")
+    command.add_option(name_option, network.ssid, "Name of " + whose)->check(ssid_problem);
+    command
+        .add_option(prefix + "auth", network.auth_word,
+                    "Authentication; without it or a cipher wpa2psk with a key, else open")
         ->check(CLI::IsMember(auth_words()));
-    command.add_option(prefix + "enc", network.enc_word, "Cipher")
+    command.add_option(prefix + "enc", network.enc_word, "Cipher; else the authentication's usual")
         ->check(CLI::IsMember(enc_words()));
-    auto* file = command.add_option(prefix + "key-file", network.key_file,
-                                    "File that holds the key; '-' is standard input");
+    auto* file = command
+                     .add_option(prefix + "key-file", network.key_file,
+                                 "File that holds the key; '-' is standard input. Without a key,\n"
+                                 "an authentication or cipher that needs one asks on the terminal")
+                     ->option_text("FILE");
     command
         .add_option(prefix + "key", network.key,
                     "The key itself; the process list shows it, so prefer a file or the prompt")

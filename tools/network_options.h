@@ -30,9 +30,10 @@ struct network_options {
 };
 
 /// Adds the options for a network.
+/// @param whose network it is, for the help.
 /// @param name_option the option, or the positional argument, that gives the name.
 /// @param prefix what the other options begin with: "--", or "--ap-" beside a second network.
-void add_network_options(CLI::App& command, network_options& network,
+void add_network_options(CLI::App& command, network_options& network, const std::string& whose,
                          const std::string& name_option, const std::string& prefix = "--");
 
 /// Checks the options against each other, fills in what was left out, and reads the key.

@@ -64,17 +64,19 @@ answer region() {
 
 /// @return null when the store cannot give the record.
 template <typename Record>
-answer section(int (*get)(Record*), answer (*tell)(const Record&)) {
+answer section(bool readable, int (*get)(Record*), answer (*tell)(const Record&)) {
     Record record{};
-    return get(&record) == 0 ? tell(record) : nullptr;
+    return readable && get(&record) == 0 ? tell(record) : nullptr;
 }
 
 answer show() {
-    answer settings = {{"access_point", section(cam_get_ap, access_point)},
-                       {"client", section(cam_get_client, client)},
-                       {"dhcp_server", section(cam_get_dhcp_server, dhcp_server)},
-                       {"system", section(cam_get_system, identity)},
-                       {"region", region()}};
+    const answer regions = region();
+    const bool readable = !regions.is_null(); // they may be left out, so the store itself failed
+    answer settings = {{"access_point", section(readable, cam_get_ap, access_point)},
+                       {"client", section(readable, cam_get_client, client)},
+                       {"dhcp_server", section(readable, cam_get_dhcp_server, dhcp_server)},
+                       {"system", section(readable, cam_get_system, identity)},
+                       {"region", regions}};
     const auto unreadable = [](const answer& part) { return part.is_null(); };
     if (std::any_of(settings.begin(), settings.end(), unreadable)) {
         throw failure("part of the store could not be read",

@@ -138,6 +138,8 @@ void add_survey_command(CLI::App& wlanctl, answer& result) {
         ->capture_default_str();
     command.footer("Not listed: hidden networks, those with a login on a server (MediaTek), WEP "
                    "(Realtek).\n"
+                   "On Realtek a login on a server is listed as WPA2-PSK, and joining it fails.\n"
+                   "A MediaTek driver that refuses leaves the list empty and the exit status 0.\n"
                    "With --json: listed, networks [name, bssid, channel, band, security, and "
                    "signal_percent or\n"
                    "signal_dbm]; channel and band are null when the driver told none.");

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <exception>
@@ -54,11 +55,32 @@ struct outcome {
 /// @return where the answer goes, not passed on to any program; null when it cannot go anywhere.
 FILE* keep_standard_output() {
     const int kept = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+    for (const int stream : {STDIN_FILENO, STDERR_FILENO}) {
+        if (fcntl(stream, F_GETFD) < 0) { // the caller closed it: it is the next to be opened
+            open("/dev/null", O_RDWR);
+        }
+    }
     if (kept < 0 || dup2(STDERR_FILENO, STDOUT_FILENO) < 0) {
         return nullptr;
     }
     setvbuf(stdout, nullptr, _IOLBF, BUFSIZ); // messages in the order in which they were printed
     return fdopen(kept, "w");
+}
+
+/// What was wrong, and with which command.
+outcome wrong(const CLI::App& wlanctl, std::string error) {
+    std::string name = wlanctl.get_name();
+    const CLI::App* command = &wlanctl;
+    while (!command->get_subcommands().empty()) {
+        command = command->get_subcommands().front();
+        name += " " + command->get_name();
+    }
+    const auto unknown = wlanctl.remaining(true);
+    if (!command->get_subcommands(nullptr).empty() && !unknown.empty()) {
+        error = (unknown.front()[0] == '-' ? "unknown option: " : "unknown command: ") +
+                unknown.front();
+    }
+    return {wrong_usage, answer::object(), error, "see: " + name + " --help"};
 }
 
 /// @throws CLI::Success when help or version was asked for.
@@ -69,7 +91,7 @@ outcome run(CLI::App& wlanctl, int argc, char** argv, answer& result) {
     } catch (const CLI::Success&) {
         throw;
     } catch (const CLI::ParseError& error) {
-        return {wrong_usage, answer::object(), error.what(), "see: wlanctl --help"};
+        return wrong(wlanctl, error.what());
     } catch (const failure& failure) {
         return {failed, failure.found, failure.what(), failure.next};
     }
@@ -106,31 +128,31 @@ int carry_out(int argc, char** argv, FILE* out) {
     wlanctl.footer(examples); // last, since commands take over what stands here when they are added
 
     std::ostringstream text;
-    int status = done;
+    outcome outcome;
+    const bool json = wants_json(argc, argv);
     try {
-        outcome outcome = run(wlanctl, argc, argv, result);
+        outcome = run(wlanctl, argc, argv, result);
         outcome.told = escaped(std::move(outcome.told));
         outcome.error = escape(outcome.error);
-        status = outcome.status;
-        const bool json = wants_json(argc, argv);
         text << (json ? as_json(outcome) : as_text(outcome.told));
-        if (!json && status != done) {
-            std::fprintf(stderr, "wlanctl: %s\n%s\n", outcome.error.c_str(), outcome.next.c_str());
-        }
     } catch (const CLI::Success& asked) {
         wlanctl.exit(asked, text, text);
     }
-    const bool written = std::fputs(text.str().c_str(), out) >= 0;
-    if (std::fclose(out) != 0 || !written) {
+    const bool written = std::fputs(text.str().c_str(), out) >= 0 && std::fclose(out) == 0;
+    if (!written) {
         std::fprintf(stderr, "wlanctl: writing the answer: %s\n", std::strerror(errno));
-        return failed;
     }
-    return status;
+    if (!json && outcome.status != done) {
+        std::fprintf(stderr, "wlanctl: %s\n%s\n", outcome.error.c_str(), outcome.next.c_str());
+    }
+    return written ? outcome.status : failed;
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
+    // Whoever reads may leave (| head) in the midst of a mode. Daemons would inherit SIG_IGN.
+    std::signal(SIGPIPE, [](int) {});
     try {
         FILE* out = keep_standard_output();
         if (out == nullptr) {

@@ -29,7 +29,7 @@ void note_end(int /*signal*/) {
 void take_ending_signals() {
     struct sigaction action {};
     action.sa_handler = note_end; // without SA_RESTART: what waits, ends
-    for (const int signal : {SIGHUP, SIGINT, SIGTERM}) {
+    for (const int signal : {SIGHUP, SIGINT, SIGPIPE, SIGQUIT, SIGTERM}) {
         sigaction(signal, &action, nullptr);
     }
 }
@@ -143,8 +143,9 @@ answer obtain(int timeout) {
 void add_wps_command(CLI::App& wlanctl, answer& result) {
     const auto timeout = std::make_shared<int>(120); // a router listens for two minutes
     auto& command = *wlanctl.add_subcommand("wps", "Obtain a network by the router's WPS button");
-    command.add_option("--timeout", *timeout, "Seconds until giving up")
-        ->check(CLI::Range(1, 3600))
+    command.add_option("--timeout", *timeout, "How long to wait")
+        ->type_name("SECONDS")
+        ->check(CLI::Range(1, 3600, "1-3600"))
         ->capture_default_str();
     command.footer("Stores the network for the station mode, and has the camera join it unless its "
                    "cable is plugged in\n(MediaTek). With --json: done, ssid, auth, enc, channel "
