@@ -20,7 +20,6 @@ block make >"$work/outside/Makefile"
 check() {
     local kind=$1 pkg_config=$2 needed=$3 usr=$work/$1/usr program output
     export PKG_CONFIG_PATH=$(dirname "$(find "$usr" -name libwlan.pc)")
-    export LD_LIBRARY_PATH=$(pkg-config --variable=libdir libwlan)
     cmake -S "$work/outside" -B "$work/$kind/by_cmake" -DCMAKE_PREFIX_PATH="$usr" \
         -DCMAKE_CXX_FLAGS="${CXXFLAGS:-}" >/dev/null
     cmake --build "$work/$kind/by_cmake" >/dev/null
@@ -32,7 +31,9 @@ check() {
         grep -x '  6  Office' <<<"$output"
         grep -x 'access point is up on ra0' <<<"$output"
         "$vcamera" log --scratch "$work/camera" | grep -q 'SSID=Camera'
+        export LD_LIBRARY_PATH=$(pkg-config --variable=libdir libwlan) # CMake's program knew it by itself
     done
+    unset LD_LIBRARY_PATH
 }
 
 DESTDIR=$work/shared cmake --install "$build" --prefix /usr >/dev/null
