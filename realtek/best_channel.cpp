@@ -36,7 +36,7 @@ int get_best_channel(int* channel) {
     while (std::fgets(line, sizeof line, file) != nullptr) {
         if (std::strstr(line, key_2g) == nullptr)
             continue;
-        if (std::strlen(line) > value_column)
+        if (std::strlen(line) >= value_column)
             *channel = static_cast<int>(std::strtol(line + value_column, nullptr, 10));
         break;
     }

@@ -7,13 +7,13 @@
 namespace {
 
 struct region_codes {
-    std::int32_t band_2g;
-    std::int32_t band_5g;
+    unsigned char band_2g;
+    unsigned char band_5g;
 };
 
 constexpr std::initializer_list<store::field> region_fields = {
-    {"band_2g", store::form::number, offsetof(region_codes, band_2g), 0, "0", {}},
-    {"band_5g", store::form::number, offsetof(region_codes, band_5g), 0, "0", {}},
+    {"band_2g", store::form::byte, offsetof(region_codes, band_2g), 0, "0", {}},
+    {"band_5g", store::form::byte, offsetof(region_codes, band_5g), 0, "0", {}},
 };
 
 constexpr store::section region_section = {"region", region_fields};

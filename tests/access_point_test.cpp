@@ -1,5 +1,7 @@
 #include "tests/camera_test.h"
 
+#include <tuple>
+
 #include "libwlan/libwlan.h"
 
 namespace {
@@ -21,15 +23,10 @@ protected:
 };
 
 TEST_F(access_point, serves_dhcp_on_the_family_s_interface_and_stops_its_servers_before_it) {
-    const struct {
-        const char* adapter;
-        std::string interface;
-        lines radio;
-    } families[] = {
-        {"mediatek",
-         "ra0",
-         {"ra0 set CountryRegion=0", "ra0 set RadioOn=1", "ra0 set AuthMode=OPEN", "ra0 set EncrypType=NONE",
-          "ra0 set SSID=Camera", "ra0 set AutoChannelSel=2"}},
+    const lines mtk = {"ra0 set CountryRegion=0", "ra0 set RadioOn=1",   "ra0 set AuthMode=OPEN",
+                       "ra0 set EncrypType=NONE", "ra0 set SSID=Camera", "ra0 set AutoChannelSel=2"};
+    const std::tuple<const char*, std::string, lines> families[] = {
+        {"mediatek", "ra0", mtk},
         {"realtek", "wlan1", {"system hostapd -B /tmp/hostapd.conf -P /tmp/hostapd.pid"}},
     };
     for (const auto& [adapter, interface, radio] : families) {
@@ -71,7 +68,7 @@ TEST_F(access_point, address_command_is_31_characters_long_at_most) {
 
 TEST_F(access_point, failed_start_leaves_the_dhcp_server_alone) {
     plug_in(scene("mediatek", R"("faults": [{"call": "ioctl", "match": "AuthMode", "nth": 2, "errno": "EIO"}], )"));
-    start();
+    EXPECT_EQ(start().result, 0);
     EXPECT_EQ(start().result, -1);
     EXPECT_EQ(said().back(), "ra0 set AuthMode=OPEN = EIO");
 
@@ -82,9 +79,7 @@ TEST_F(access_point, failed_start_leaves_the_dhcp_server_alone) {
 
 TEST_F(access_point, unwritable_configuration_is_told_and_the_start_goes_on) {
     plug_in(scene("mediatek", R"("faults": [{"call": "open", "match": "/tmp/udhcpd.conf", "errno": "EROFS"}], )"));
-    const outcome run = start();
-    EXPECT_EQ(run.result, 0);
-    EXPECT_EQ(run.err.substr(0, run.err.find("udhcpd:")), "Open /tmp/udhcpd.conf fail: Read-only file system\n");
+    EXPECT_EQ(start().err.rfind("Open /tmp/udhcpd.conf fail: Read-only file system\n", 0), 0U);
     EXPECT_EQ(said().back().substr(0, 13), "system udhcpd");
 }
 

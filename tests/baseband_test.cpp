@@ -11,7 +11,7 @@ const char failure[] = "\nrtuser::error::get bbp register\n\n";
 
 class baseband : public camera_test {
 protected:
-    outcome set(int value, int mask, std::string interface = "wlan0", std::string reg = "66") {
+    outcome set(int value, int mask, const std::string& interface = "wlan0", const std::string& reg = "66") {
         return watch([&] { return run_set_bbp(text(interface), text(reg), value, mask); });
     }
 };
@@ -27,9 +27,8 @@ TEST_F(baseband, puts_the_masked_bits_into_what_the_driver_holds) {
         // clang-format on
     };
     for (const auto& [current, value, mask, written] : rows) {
-        SCOPED_TRACE(written);
         plug_in(R"({"adapter": "mediatek", "registers": {"66": ")" + current + R"("}})");
-        EXPECT_EQ(set(value, mask), (outcome{0, "", ""}));
+        EXPECT_EQ(set(value, mask), (outcome{0, "", ""})) << written;
         EXPECT_EQ(said(), (lines{"wlan0 register 66", "wlan0 register " + written}));
         for (const vcamera::line& line : vcamera::journal(folder)) // the terminator goes along
             EXPECT_TRUE(line.request != "register" || line.length == std::to_string(line.text.size() + 1)) << line.text;
@@ -46,10 +45,9 @@ TEST_F(baseband, tells_a_failed_read_or_write_and_writes_nothing_without_a_readi
         {R"("answers": {"register": [""]})", {"wlan0 register 66"}},
     };
     for (const auto& [scene, expected] : rows) {
-        SCOPED_TRACE(scene);
         plug_in(R"({"adapter": "mediatek", )" + scene + "}");
         const outcome failed = set(1, 1);
-        EXPECT_EQ(failed.result, -1);
+        EXPECT_EQ(failed.result, -1) << scene;
         EXPECT_EQ(failed.out, expected.empty() ? "" : failure);
         EXPECT_EQ(said(), expected);
     }

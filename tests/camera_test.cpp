@@ -1,23 +1,13 @@
 #include "tests/camera_test.h"
 
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <ostream>
 #include <set>
 
 #include "libwlan/sites.h"
 #include "sim/camera.h"
 
-namespace fs = std::filesystem;
-
 namespace {
-
-std::string new_folder() {
-    std::string name = testing::TempDir() + "camera.XXXXXX";
-    return mkdtemp(name.data());
-}
 
 // Housekeeping, which no driver, program or daemon hears of.
 const std::set<std::string> housekeeping = {"access", "open", "socket", "unlink"};
@@ -33,13 +23,7 @@ std::ostream& operator<<(std::ostream& stream, const outcome& outcome) {
                   << outcome.opened << " opened";
 }
 
-camera_test::camera_test() : folder(new_folder()) {}
-
-camera_test::~camera_test() {
-    fs::remove_all(folder);
-}
-
-void camera_test::plug_in(const std::string& scene) {
+void camera_test::plug_in(const std::string& scene) const {
     vcamera::start(scene, folder);
 }
 
@@ -58,20 +42,6 @@ lines camera_test::said(std::size_t last) const {
         said.push_back(sentence);
     }
     return {said.end() - static_cast<std::ptrdiff_t>(std::min(last, said.size())), said.end()};
-}
-
-std::string camera_test::read(const std::string& path) const {
-    std::ifstream file(folder + path);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
-void camera_test::write(const std::string& path, const std::string& text) const {
-    fs::create_directories(fs::path(folder + path).parent_path());
-    std::ofstream(folder + path) << text;
-}
-
-bool camera_test::exists(const std::string& path) const {
-    return fs::exists(folder + path);
 }
 
 int open_descriptors() {

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include <gtest/gtest.h>
+#include "tests/folder_test.h"
 
 struct sites;
 
@@ -29,25 +29,15 @@ struct outcome {
 bool operator==(const outcome& one, const outcome& other);
 std::ostream& operator<<(std::ostream& stream, const outcome& outcome);
 
-class camera_test : public testing::Test {
+class camera_test : public folder_test {
 protected:
-    camera_test();
-    ~camera_test() override;
-
-    /// Puts the test on a fresh camera.
-    void plug_in(const std::string& scene);
+    /// Puts the test on a fresh camera, whose files are those of the folder.
+    void plug_in(const std::string& scene) const;
 
     /// What the library said to drivers, programs and daemons since plug_in(), and how long it
     /// waited, as "subject request text" and, unless all was well, " = answer".
     /// @param last so many of these lines, from the end.
     lines said(std::size_t last = SIZE_MAX) const;
-
-    /// The files of the camera, by their paths there.
-    std::string read(const std::string& path) const;
-    void write(const std::string& path, const std::string& text) const;
-    bool exists(const std::string& path) const;
-
-    const std::string folder;
 };
 
 /// How many descriptors this process holds.
@@ -77,7 +67,7 @@ std::string print(const char* format, Arguments... arguments) {
     return line;
 }
 
-/// A text that the library may take by char*.
-inline char* text(std::string& value) {
-    return value.data();
+/// A text for the library, which takes them by char*.
+inline char* text(const std::string& value) {
+    return const_cast<char*>(value.c_str());
 }

@@ -14,18 +14,15 @@ const std::string store = R"("files": {"/etc/camera.conf": [
     "netmask = 255.255.255.0",
     "[system]", "model = Eye 3", "manufacturer = ACME", "[region]", "band_2g = 5", "band_5g = 7"]})";
 
-std::string ap_ssid = "Camera", ap_key = "correct horse";
-std::string ssid = "Net", bssid = "02:00:00:00:00:01", key = "passphrase";
-
 int ap() {
-    return run_ap_mode(ap_ssid.data(), AUTH_WPA2PSK, ENC_AES, ap_key.data());
+    return run_ap_mode(text("Camera"), AUTH_WPA2PSK, ENC_AES, text("correct horse"));
 }
 int join() {
-    return run_infra_mode(ssid.data(), bssid.data(), AUTH_WPAPSK, ENC_TKIP, key.data(), 36, 3);
+    return run_infra_mode(text("Net"), text("02:00:00:00:00:01"), AUTH_WPAPSK, ENC_TKIP, text("passphrase"), 36, 3);
 }
 int repeat() {
-    return run_repeater_mode(ap_ssid.data(), AUTH_WPA2PSK, ENC_AES, ap_key.data(), ssid.data(), bssid.data(),
-                             AUTH_WPAPSK, ENC_TKIP, key.data(), 36);
+    return run_repeater_mode(text("Camera"), AUTH_WPA2PSK, ENC_AES, text("correct horse"), text("Net"),
+                             text("02:00:00:00:00:01"), AUTH_WPAPSK, ENC_TKIP, text("passphrase"), 36);
 }
 
 class dispatch : public camera_test {
@@ -34,10 +31,7 @@ protected:
     lines said_by(const std::function<int()>& request, const std::string& adapter) {
         plug_in(R"({"adapter": ")" + adapter + R"(", )" + store + "}");
         EXPECT_EQ(watch(request).result, 0);
-        lines all = said();
-        all.push_back(read("/tmp/hostapd.conf"));
-        all.push_back(read("/tmp/wpa_supplicant.conf"));
-        return all;
+        return said() + lines{read("/tmp/hostapd.conf"), read("/tmp/wpa_supplicant.conf")};
     }
 };
 
@@ -50,7 +44,6 @@ TEST_F(dispatch, family_is_found_in_the_usb_list) {
         {R"("mediatek", "usb": "proc"})", 1},
         {R"("realtek", "usb": "proc"})", 0},
         {R"("mediatek", "usb": "lsusb"})", 1},
-        {R"("realtek", "usb": "lsusb"})", 0},
         {R"("mediatek", "usb": "absent"})", 0},
         {R"("mediatek", "usb": "lsusb", "missing_programs": ["lsusb"]})", 0},
         {R"("mediatek", "usb": "lsusb", "faults": [{"call": "popen", "errno": "ENOMEM"}]})", 0},
@@ -96,9 +89,8 @@ TEST_F(dispatch, unreadable_store_touches_no_radio) {
     for (const char* adapter : {"mediatek", "realtek"})
         for (const auto& request : requests) {
             plug_in(std::string(R"({"adapter": ")") + adapter + "\"}");
-            const outcome refused = watch(request);
-            EXPECT_EQ(refused.result, -1);
-            EXPECT_EQ(refused.opened, 0);
+            EXPECT_EQ(watch(request),
+                      (outcome{-1, "", folder + "/etc/camera.conf: cannot open: No such file or directory\n"}));
             EXPECT_EQ(said(), lines{});
         }
 }

@@ -1,18 +1,14 @@
 // `wlanctl doctor` on virtual cameras whose programs are those of a folder.
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <string>
+#include "folder_test.h"
 
 #include <sys/wait.h>
 
-#include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-namespace fs = std::filesystem;
+using Doctor = folder_test;
 
-TEST(Doctor, names_the_programs_that_the_plugged_in_adapter_lacks) {
+TEST_F(Doctor, names_the_programs_that_the_plugged_in_adapter_lacks) {
     const struct {
         std::string adapter, absent, stock, broken; // stock: knows nothing of this camera
     } cases[] = {
@@ -25,20 +21,18 @@ TEST(Doctor, names_the_programs_that_the_plugged_in_adapter_lacks) {
         {"mediatek", "iwpriv", "", "iwpriv "},
         {"mediatek", "lsusb", "", "lsusb "},
     };
-    std::string folder = testing::TempDir() + "doctor-XXXXXX";
-    fs::current_path(mkdtemp(folder.data()));
-    fs::create_directory("bin");
+    fs::current_path(folder);
     setenv("PATH", (folder + "/bin").c_str(), 1);
     for (const auto& test : cases) {
         for (const std::string name :
              {"ifconfig", "ifdown", "mii_mgr", "udhcpd", "iwpriv", "iwgetid", "wpa_supplicant", "hostapd", "lsusb"}) {
-            std::ofstream("bin/" + name) << (name == test.stock ? "" : "rtl871xdrv /tmp/udhcpd.conf /tmp/udhcpd.pid");
+            write("/bin/" + name, name == test.stock ? "" : "rtl871xdrv /tmp/udhcpd.conf /tmp/udhcpd.pid");
             fs::permissions("bin/" + name, fs::perms(name == test.absent ? 0600 : 0700));
         }
-        std::ofstream("scene") << nlohmann::json{{"adapter", test.adapter}, {"usb", "lsusb"}};
+        write("/scene", R"({"usb": "lsusb", "adapter": ")" + test.adapter + "\"}");
         const int status =
             std::system(VCAMERA " --scene scene --scratch world -- " WLANCTL " --json doctor >told 2>err");
-        const auto told = nlohmann::json::parse(std::ifstream("told"));
+        const auto told = nlohmann::json::parse(read("/told"));
         std::string broken;
         for (const auto& check : told["checks"])
             if (const std::string what = check["what"]; !check["breaks"].is_null() && what[0] != '/' && what != "root")
@@ -46,5 +40,4 @@ TEST(Doctor, names_the_programs_that_the_plugged_in_adapter_lacks) {
         EXPECT_EQ(broken, test.broken) << test.adapter << " without " << test.absent << test.stock;
         EXPECT_EQ(WEXITSTATUS(status), told["missing"] == 0 ? 0 : 1);
     }
-    fs::remove_all(folder);
 }

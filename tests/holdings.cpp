@@ -3,7 +3,6 @@
 #include <cstdio>
 #include <filesystem>
 #include <string>
-#include <vector>
 
 #include <malloc.h>
 #include <unistd.h>
@@ -21,22 +20,15 @@ long heap_of_a_stream() {
     return static_cast<long>(size);
 }
 
-/// The open descriptors by what they are open on.
-std::vector<std::pair<int, std::string>> descriptors() {
-    std::vector<std::pair<int, std::string>> all;
+/// Calls with the number of each open descriptor and whether it is a socket or a console.
+template <typename Use>
+void for_each_descriptor(Use use) {
     for (const auto& entry : fs::directory_iterator("/proc/self/fd")) {
         std::error_code gone;
-        all.emplace_back(std::stoi(entry.path().filename()), fs::read_symlink(entry.path(), gone));
+        const std::string target = fs::read_symlink(entry.path(), gone);
+        use(std::stoi(entry.path().filename()), target.rfind("socket:", 0) == 0,
+            target.find("/dev/console") != std::string::npos);
     }
-    return all;
-}
-
-bool is_socket(const std::string& target) {
-    return target.rfind("socket:", 0) == 0;
-}
-
-bool is_console(const std::string& target) {
-    return target.find("/dev/console") != std::string::npos;
 }
 
 } // namespace
@@ -44,8 +36,9 @@ bool is_console(const std::string& target) {
 holdings count_holdings() {
     holdings held;
     held.heap = static_cast<long>(mallinfo2().uordblks);
-    for (const auto& [number, target] : descriptors())
-        ++(is_socket(target) ? held.sockets : is_console(target) ? held.consoles : held.others);
+    for_each_descriptor([&](int /*number*/, bool socket, bool console) {
+        ++(socket ? held.sockets : console ? held.consoles : held.others);
+    });
     return held;
 }
 
@@ -58,7 +51,8 @@ holdings gained_since(const holdings& before) {
 }
 
 void close_what_stays() {
-    for (const auto& [number, target] : descriptors())
-        if (is_socket(target) || is_console(target))
+    for_each_descriptor([](int number, bool socket, bool console) {
+        if (socket || console)
             close(number);
+    });
 }

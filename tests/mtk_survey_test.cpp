@@ -37,7 +37,6 @@ TEST_F(mtk_survey, triggers_waits_fetches_and_leaves_the_list_behind) {
 
     plug_in(scene(R"("survey_table": 1, )")); // the driver's order, behind what the caller had
     EXPECT_EQ(survey(), (lines{"strong", "weak", "weak", "strong"}));
-    EXPECT_EQ(told(list)[2], "weak|02:00:00:00:00:01|AES|WPA2PSK|Infra|6|-80|0");
 }
 
 TEST_F(mtk_survey, without_a_trigger_reads_the_table_that_the_driver_holds) {

@@ -3,15 +3,13 @@
 #include <csignal>
 
 #include "libwlan/libwlan.h"
+#include "tests/camera_test.h"
 
 namespace {
 
 char ssid[] = "Office";
 char bssid[] = "00:0c:43:10:20:01";
 char key[] = "correct horse";
-char ra0[] = "ra0";
-char wlan0[] = "wlan0";
-char reg[] = "66";
 int channel = 1;
 WIFI_INFO info;
 _dhcp_server_setting dhcp;
@@ -38,7 +36,7 @@ int push_button() {
     for (int look = 0; result == 0 && look < 20 && radio.does_it_finish(0) == 0; ++look) {
     }
     if (result == 0)
-        result = radio.update_wsc_to_db_and_action(wlan0);
+        result = radio.update_wsc_to_db_and_action(text("wlan0"));
     radio.does_network_need_to_act();
     radio.stop_wps(0);
     radio.release_wps();
@@ -78,7 +76,7 @@ const std::vector<operation> operations = {
     {"stored repeater", mtk, {0, -1}, 0, 2, run_repeater_mode_base_db},
     {"stop", mtk, {0}, 0, 10, run_stop_ap_mode},
     {"survey", mtk, {0, -1}, 0, 4, survey},
-    {"baseband register", mtk, {0, -1}, 0, 0, [] { return run_set_bbp(ra0, reg, 0x40, 0xf0); }},
+    {"baseband register", mtk, {0, -1}, 0, 0, [] { return run_set_bbp(text("ra0"), text("66"), 0x40, 0xf0); }},
     {"push button", mtk, {0, -1, -13, -22}, 0, 0, push_button},
     {"radio figures", mtk, {0, -1, -22}, 0, 0, [] { return get_wifi_info(info); }},
     {"adapter family", mtk, {0, 1}, 0, 0, isMtkWifi},
@@ -88,7 +86,7 @@ const std::vector<operation> operations = {
     {"interface up", mtk, {1, -1}, 0, 0, [] { return does_ifup("ra0"); }},
     {"interface exists", mtk, {1}, 0, 0, [] { return does_if_exist("ra0"); }},
     {"wired link", mtk, {0, 1}, 0, 0, probe_link},
-    {"DHCP file", mtk, {0, -1}, 0, 0, [] { return create_udhcpd_config(ra0, &dhcp); }},
+    {"DHCP file", mtk, {0, -1}, 0, 0, [] { return create_udhcpd_config("ra0", &dhcp); }},
     {"touch", mtk, {0, 1}, 0, 0, [] { return touch("/tmp/touched"); }},
     {"access point", realtek, {0, -1}, 0, 20, [] { return run_ap_mode(ssid, AUTH_WPA2PSK, ENC_AES, key); }},
     {"station", realtek, {0, -1}, 0, 10, [] { return join(6); }},

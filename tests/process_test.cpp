@@ -4,7 +4,6 @@
 #include <filesystem>
 
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include "libwlan/libwlan.h"
@@ -34,6 +33,8 @@ TEST_F(process, signal_ends_a_daemon_and_removes_its_pid_file) {
     write("/tmp/udhcpd.pid", pid);
     EXPECT_EQ(send_signal_ps("/tmp/udhcpd.pid", SIGTERM, 0), 0);
     EXPECT_TRUE(exists("/tmp/udhcpd.pid")); // not waiting leaves the file to the caller
+    EXPECT_EQ(send_signal_ps("/tmp/udhcpd.pid", SIGTERM, 1), 0);
+    EXPECT_FALSE(exists("/tmp/udhcpd.pid")); // nor does a dead daemon's stay
 }
 
 TEST_F(process, daemon_that_will_not_die_is_reported_after_ten_seconds) {
@@ -69,17 +70,12 @@ TEST_F(process, pid_file_locks_out_a_second_process) {
     write("/camera.pid", "a much longer text than a process number\n");
     EXPECT_EQ(create_pid_file(path.c_str()), 0);
     const auto second = [&] {
-        const pid_t child = fork();
-        if (child == 0) {
-            const int result = create_pid_file(path.c_str());
-            std::fflush(nullptr);
-            _exit(-result);
-        }
-        int status = 0;
-        waitpid(child, &status, 0);
-        return WEXITSTATUS(status);
+        dup2(STDERR_FILENO, STDOUT_FILENO);
+        const int result = create_pid_file(path.c_str());
+        std::fflush(nullptr);
+        _exit(-result);
     };
-    EXPECT_EQ(watch(second), (outcome{1, "Program already exists.\n", ""}));
+    EXPECT_EXIT(second(), testing::ExitedWithCode(1), "^Program already exists.\n$");
     EXPECT_EQ(read("/camera.pid"), std::to_string(getpid()) + "\n");
 }
 

@@ -17,7 +17,6 @@ struct setting {
 
 std::string key = "passphrase";
 std::string ssid = "Net";
-std::string survey = "1";
 
 auto auth(int number) {
     return [=](wlan& radio) { return radio.set_auth(static_cast<auth_from_cam>(number)); };
@@ -42,7 +41,6 @@ const setting settings[] = {
     {"ra0", auth(6), {"AuthMode=WEPAUTO"}},
     {"ra0", auth(7), {"AuthMode=WPAPSKWPA2PSK"}},
     {"ra0", auth(8), {}, -1},
-    {"ra0", auth(255), {}, -1},
     {"ra0", enc(0, nullptr, nullptr), {"EncrypType=NONE"}},
     {"wlan0", enc(1), {"ApCliEncrypType=WEP", "ApCliDefaultKeyID=2", "ApCliKey2=passphrase"}},
     {"ra0", enc(2), {"EncrypType=TKIP", "SSID=Net", "WPAPSK=passphrase"}},
@@ -60,7 +58,7 @@ const setting settings[] = {
     {"wlan0", [](wlan& radio) { return radio.enable_apcli(true); }, {"ApCliEnable=1"}},
     {"ra0", [](wlan& radio) { return radio.set_radio(false); }, {"RadioOn=0"}},
     {"wlan0", [](wlan& radio) { return radio.dis_8021x(); }, {"IEEE8021X=0"}},
-    {"wlan0", [](wlan& radio) { return radio.active_scan(survey.data()); }, {"SiteSurvey=1"}},
+    {"wlan0", [](wlan& radio) { return radio.active_scan(text("1")); }, {"SiteSurvey=1"}},
     {"ra0", [](wlan& radio) { return radio.set_region(); }, {"CountryRegion=5"}},
     {"apclii0", [](wlan& radio) { return radio.set_region(); }, {"CountryRegionABand=7"}},
     // The radio decides over the access-point mode, and nothing over a station's: a refused region does no harm.

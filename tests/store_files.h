@@ -2,37 +2,18 @@
 
 // A store's file in a folder of its own.
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <string>
-
-#include <gtest/gtest.h>
-
+#include "folder_test.h"
 #include "libwlan/store.h"
 
-namespace fs = std::filesystem;
-
-class store_files : public testing::Test {
+class store_files : public folder_test {
 protected:
-    store_files() {
-        std::string pattern = testing::TempDir() + "store.XXXXXX";
-        folder = fs::canonical(mkdtemp(pattern.data()));
-        path = folder / "camera.conf";
-        setenv("CAMSTORE_FILE", path.c_str(), 1);
-    }
-    ~store_files() override { fs::remove_all(folder); }
+    store_files() { setenv("CAMSTORE_FILE", path.c_str(), 1); }
 
-    void write(const std::string& text) const { std::ofstream(path, std::ios::binary) << text; }
-    [[nodiscard]] std::string read() const {
-        std::ifstream file(path, std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
-    [[nodiscard]] bool left_copy() const { return fs::exists(path.string() + ".new"); }
+    void write(const std::string& text) const { folder_test::write("/camera.conf", text); }
+    [[nodiscard]] std::string read() const { return folder_test::read("/camera.conf"); }
+    [[nodiscard]] bool left_copy() const { return exists("/camera.conf.new"); }
 
-    fs::path folder;
-    fs::path path;
+    const fs::path path = folder + "/camera.conf";
 };
 
 inline _wireless_setting client_record(const std::string& ssid, const std::string& key) {

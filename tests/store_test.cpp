@@ -118,15 +118,14 @@ TEST_F(store_test, a_wrong_file_is_refused_with_its_line_and_without_its_passphr
         {"149",            "1\x1b 1",                get_client, R"(:13: client.channel: "1\x1b 1")" + number},
         {"149",            "2147483648",             get_client, ":13: client.channel: \"2147483648\"" + number},
         {"149",            "",                       get_client, ":13: client.channel: \"\"" + number},
-        {"= 7",            "= 7 a",                  get_region, ":26: region.band_5g: \"7 a\"" + number},
         {"tkip",           "AES",                    get_client, ":11: client.enc: \"AES\"" + enc},
         {":cc",            ":cg",                    get_client, ":9: client.bssid: \"00:11:22:aa:bb:cg\"" + bssid},
         {":cc",            "",                       get_client, ":9: client.bssid: \"00:11:22:aa:bb\"" + bssid},
+        {"= 7",            "= -1",                   get_region, ":26: region.band_5g: \"-1\" is no whole number from 0 to 255"},
         {"1.100",          "1.100;reboot",           get_dhcp,   ":18: dhcp_server.pool_start: \"192.168.1.100;reboot\" is no IPv4 address like 192.168.1.1"},
         {"netmask",        "mask",                   get_dhcp,   ": dhcp_server.netmask: is missing"},
         {"model",          "modell",                 get_system, ": system.model: is missing"},
         {"ssid: Office",   "",                       get_client, ": client.ssid: is missing"},
-        {"auth = wpa2psk", "",                       get_ap,     ": access_point.auth: is missing"},
         {"Yard",           std::string(33, 'x'),     get_client, ":2: access_point.ssid: is longer than 32 bytes"},
         {"Eye 2",          std::string(160, 'x'),    get_system, ":22: system.model: is longer than 159 bytes"},
         {R"(\"key\"")",    "",                       get_ap,     ":3: access_point.key: " + quotes},
@@ -196,7 +195,7 @@ TEST_F(store_test, hostile_texts_come_back_as_they_were_stored) {
 }
 
 TEST_F(store_test, a_write_changes_the_values_that_changed_and_nothing_else) {
-    fs::rename(path, folder / "real.conf");
+    fs::rename(path, folder + "/real.conf");
     fs::create_symlink("real.conf", path);
     ::chmod(path.c_str(), 0640);
     const std::string dos = "# top\r\n[client]\r\n\tssid=Old ; note\r\nauth = 5\r\nkey = \"a\"\r\n"
@@ -232,14 +231,13 @@ TEST_F(store_test, a_write_that_fails_leaves_the_file_as_it_was) {
     expect_failure([] { return set_client("a", ""); }, ":13: client.channel: \"eleven\" is no whole number of 32 bits");
 }
 
-int write_again_and_again(char name) {
-    int failures = 0;
-    for (int i = 0; i < 100; ++i)
-        failures += set_client(std::string(32, name), std::string(255, name)) == 0 ? 0 : 1;
-    return failures;
-}
-
 TEST_F(store_test, writers_at_the_same_time_leave_one_whole_state) {
+    const auto write_again_and_again = [](char name) {
+        int failures = 0;
+        for (int i = 0; i < 100; ++i)
+            failures += set_client(std::string(32, name), std::string(255, name)) == 0 ? 0 : 1;
+        return failures;
+    };
     const pid_t other = ::fork();
     if (other == 0)
         ::_exit(write_again_and_again('b'));

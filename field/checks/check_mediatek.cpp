@@ -37,30 +37,29 @@ std::string received() {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-std::string set(const std::string& interface, const std::string& text) {
-    return interface + " set " + std::to_string(text.size()) + " " + text + "\n";
-}
-
-std::string access_point_commands() {
+/// What the driver hears of these Key=Value texts.
+std::string sets(const std::string& interface, const std::vector<std::string>& texts) {
     std::string commands;
-    for (const char* text : {"CountryRegion=5", "RadioOn=1", "AuthMode=WPA2PSK", "EncrypType=AES",
-                             "SSID=Net", "WPAPSK=passphrase", "SSID=Net"})
-        commands += set("ra0", text);
+    for (const std::string& text : texts)
+        commands += interface + " set " + std::to_string(text.size()) + " " + text + "\n";
     return commands;
 }
 
-std::string station(const std::string& interface, const std::string& region,
-                    const std::string& channel) {
-    std::string commands;
-    for (const std::string& text :
-         {std::string("ApCliEnable=0"), region, std::string("ApCliAuthMode=WPA2PSK"),
-          std::string("ApCliEncrypType=TKIPAES"), std::string("ApCliSsid=Net"),
-          std::string("WpaMixPairCipher=WPA_TKIP_WPA2_AES"), std::string("ApCliWPAPSK=passphrase"),
-          std::string("ApCliSsid=Net"), std::string("ApCliBssid=02:00:00:00:00:01"),
-          std::string("ApCliEnable=1"), channel})
-        commands += set(interface, text);
-    return commands;
+const std::string access_point_commands =
+    sets("ra0", {"CountryRegion=5", "RadioOn=1", "AuthMode=WPA2PSK", "EncrypType=AES", "SSID=Net",
+                 "WPAPSK=passphrase", "SSID=Net"});
+
+std::string station(const std::string& interface, const std::string& channel) {
+    return sets(interface,
+                {"ApCliEnable=0", interface == "wlan0" ? "CountryRegion=5" : "CountryRegionABand=7",
+                 "ApCliAuthMode=WPA2PSK", "ApCliEncrypType=TKIPAES", "ApCliSsid=Net",
+                 "WpaMixPairCipher=WPA_TKIP_WPA2_AES", "ApCliWPAPSK=passphrase", "ApCliSsid=Net",
+                 "ApCliBssid=02:00:00:00:00:01", "ApCliEnable=1", "Channel=" + channel});
 }
+
+const std::string session_start =
+    sets("wlan0", {"CountryRegion=5", "ApCliEnable=0", "WscConfMode=1", "WscMode=2",
+                   "ApCliEnable=1", "WscGetConf=1"});
 
 /// Whether a call sends what it should, and nothing else.
 template <typename Call>
@@ -76,7 +75,7 @@ verdict sends(const std::string& expected, Call call) {
 }
 
 verdict access_point_mode() {
-    return sends(access_point_commands(),
+    return sends(access_point_commands,
                  [] { return run_ap_mode(ssid, AUTH_WPA2PSK, ENC_AES, key); });
 }
 
@@ -84,23 +83,8 @@ int join(int channel) {
     return run_infra_mode(ssid, bssid, AUTH_WPA2PSK, ENC_TKIP_AES, key, channel, 1);
 }
 
-verdict station_2g() {
-    return sends(station("wlan0", "CountryRegion=5", "Channel=6"), [] { return join(6); });
-}
-
-verdict station_5g() {
-    return sends(station("apclii0", "CountryRegionABand=7", "Channel=36"), [] { return join(36); });
-}
-
-verdict station_automatic() {
-    return sends(station("wlan0", "CountryRegion=5", "Channel=999") +
-                     station("apclii0", "CountryRegionABand=7", "Channel=1000"),
-                 [] { return join(0); });
-}
-
 verdict repeater() {
-    return sends(access_point_commands() + set("ra0", "AutoChannelSel=2") +
-                     station("wlan0", "CountryRegion=5", "Channel=6"),
+    return sends(access_point_commands + sets("ra0", {"AutoChannelSel=2"}) + station("wlan0", "6"),
                  [] {
                      return run_repeater_mode(ssid, AUTH_WPA2PSK, ENC_AES, key, ssid, bssid,
                                               AUTH_WPA2PSK, ENC_TKIP_AES, key, 6);
@@ -110,24 +94,15 @@ verdict repeater() {
 /// Two access points, the first of which lets the station of these checks in.
 /// @param pressed how many of their buttons for push-button set-up are.
 void fill_air(int pressed) {
-    air points{};
-    points.count = 2;
-    for (int i = 0; i < points.count; ++i) {
-        ::access_point& point = points.points[i];
-        const std::string name = i == 0 ? ssid : "Caf\xc3\xa9 \"5\"";
-        std::memcpy(point.ssid, name.data(), name.size());
-        point.ssid_length = static_cast<std::uint8_t>(name.size());
-        point.bssid[0] = 2;
-        point.bssid[5] = static_cast<std::uint8_t>(i + 1);
-        point.security = i == 0 ? AIR_WPA2 : AIR_OPEN;
-        point.cipher = i == 0 ? AIR_AES : AIR_PLAIN;
-        point.button = i < pressed;
-        point.mode = AIR_MASTER;
-        point.quality = static_cast<std::uint8_t>(80 - i);
-        point.level = static_cast<std::int8_t>(-40 - i);
-        point.mhz = static_cast<std::uint16_t>(i == 0 ? 2437 : pressed == 2 ? 2412 : 5180);
-        std::memcpy(point.key, key, sizeof key);
-    }
+    const auto mhz = static_cast<std::uint16_t>(pressed == 2 ? 2412 : 5180);
+    // clang-format off
+    const air points = {2, {
+        // name, its length, BSSID, security, cipher, group, hidden, button, mode, quality, level
+        {"Net", 3, {2, 0, 0, 0, 0, 1}, AIR_WPA2, AIR_AES, 0, 0, pressed > 0, AIR_MASTER, 80, -40,
+         2437, "passphrase"},
+        {"Caf\xc3\xa9 \"5\"", 9, {2, 0, 0, 0, 0, 2}, AIR_OPEN, AIR_PLAIN, 0, 0, pressed > 1,
+         AIR_MASTER, 79, -41, mhz, "passphrase"}}};
+    // clang-format on
     tell("air", {reinterpret_cast<const char*>(&points), sizeof points});
 }
 
@@ -156,25 +131,17 @@ verdict survey(char layout) {
     tell("received", "anew");
     std::vector<sites> list;
     const std::uint32_t started = clock_time();
-    if (run_site_survey(list) != 0 || list.size() != 2)
-        return {false, std::to_string(list.size()) + " listed"};
+    const int result = run_site_survey(list);
     const std::uint32_t took = clock_time() - started;
-    const bool same = std::strcmp(list[0].ssid, ssid) == 0 &&
-                      std::strcmp(list[0].bssid, bssid) == 0 && list[0].channel == 6 &&
-                      std::strcmp(list[0].encryption, "AES") == 0 &&
-                      std::strcmp(list[1].ssid, "Caf\xc3\xa9 \"5\"") == 0 && list[1].channel == 36;
+    std::string seen;
+    for (const sites& site : list)
+        seen += std::string(site.ssid) + " " + site.bssid + " " + site.encryption + " " +
+                std::to_string(site.channel) + ", ";
+    const bool same = seen == "Net 02:00:00:00:00:01 AES 6, "
+                              "Caf\xc3\xa9 \"5\" 02:00:00:00:00:02 NONE 36, ";
     // iwpriv counts the text's terminator.
     const bool asked = received() == "ra0 set 13 SiteSurvey=1\nra0 survey 8192 \n";
-    return {same && asked, std::string(list[0].ssid) + " and " + list[1].ssid + ", in " +
-                               std::to_string(took) + " ms"};
-}
-
-std::string session_start() {
-    std::string commands;
-    for (const char* text : {"CountryRegion=5", "ApCliEnable=0", "WscConfMode=1", "WscMode=2",
-                             "ApCliEnable=1", "WscGetConf=1"})
-        commands += set("wlan0", text);
-    return commands;
+    return {result == 0 && same && asked, seen + "in " + std::to_string(took) + " ms"};
 }
 
 /// Runs `wlanctl wps` while the driver has sessions end in a given way.
@@ -197,7 +164,7 @@ verdict push_button() {
     _wireless_setting stored{};
     if (!succeeded || cam_get_client(&stored) != 0)
         return {false, "the session failed after\n" + sent};
-    if (sent != session_start() + "wlan0 query 0x0751 4 \nwlan0 profile 4096 \n")
+    if (sent != session_start + "wlan0 query 0x0751 4 \nwlan0 profile 4096 \n")
         return {false, "the driver received\n" + sent};
     if (!becomes_true(5, [] { return exist("/run/network-asked") == 1; }))
         return {false, "the network script was not run"};
@@ -225,7 +192,7 @@ verdict push_button_fails() {
         fill_air(ending.pressed);
         bool succeeded = true;
         const std::string sent = session(ending.outcome, ending.command, succeeded);
-        if (sent != session_start() + "wlan0 query 0x0751 4 \n" + set("wlan0", "WscStop=1"))
+        if (sent != session_start + "wlan0 query 0x0751 4 \n" + sets("wlan0", {"WscStop=1"}))
             return {false, std::string(ending.status) + ": the driver received\n" + sent};
         if (succeeded || output_of("cat /run/said").find(ending.status) == std::string::npos)
             return {false, output_of("cat /run/said")};
@@ -246,9 +213,14 @@ verdict baseband_register() {
 constexpr check checks[] = {
     {"mediatek: the driver is ready", driver_is_ready},
     {"mediatek: access point", access_point_mode},
-    {"mediatek: station, 2.4 GHz", station_2g},
-    {"mediatek: station, 5 GHz", station_5g},
-    {"mediatek: station, automatic channel", station_automatic},
+    {"mediatek: station, 2.4 GHz",
+     [] { return sends(station("wlan0", "6"), [] { return join(6); }); }},
+    {"mediatek: station, 5 GHz",
+     [] { return sends(station("apclii0", "36"), [] { return join(36); }); }},
+    {"mediatek: station, automatic channel",
+     [] {
+         return sends(station("wlan0", "999") + station("apclii0", "1000"), [] { return join(0); });
+     }},
     {"mediatek: repeater", repeater},
     {"mediatek: joins", joins},
     {"mediatek: radio figures", figures},

@@ -29,20 +29,17 @@ std::string shown(const std::string& name) {
     return name.size() == 32 ? name + " " : name;
 }
 
-std::string security(const listed_point& point) {
-    return point.rsn ? "WPA2-PSK" : point.wpa ? "WPA-PSK" : "OPEN";
-}
-
 bool is_among(const sites& site, const std::vector<listed_point>& points) {
     for (const listed_point& point : points)
         if (shown(point.name) == site.ssid && point.bssid == site.bssid &&
-            point.channel == site.channel && security(point) == site.authentication)
+            point.channel == site.channel && point.security == site.authentication)
             return true;
     return false;
 }
 
-/// Whether a survey lists each named access point of a tool's list once per name, as it is there.
-verdict same_air(const std::vector<listed_point>& points) {
+/// Whether a survey lists each named access point that a tool prints once per name, as it is there.
+verdict same_air(const std::string& command) {
+    const std::vector<listed_point> points = read_listing(output_of(command));
     std::vector<sites> survey;
     if (run_site_survey(survey) != 0)
         return {false, "the survey failed"};
@@ -51,10 +48,9 @@ verdict same_air(const std::vector<listed_point>& points) {
         if (!point.name.empty())
             missing.insert(shown(point.name));
     const std::size_t names = missing.size();
-    for (const sites& site : survey) {
+    for (const sites& site : survey)
         if (!is_among(site, points) || missing.erase(site.ssid) == 0)
             return {false, std::string("not so in the air: ") + site.ssid + " " + site.bssid};
-    }
     if (!missing.empty())
         return {false, "not listed: " + *missing.begin()};
     return {names >= 7,
@@ -66,7 +62,7 @@ verdict survey_is_what_iw_sees() {
     // beacon.
     output_of("ip link set wlan0 up");
     output_of("for _ in 1 2; do iw dev wlan0 scan trigger; sleep 6; done");
-    return same_air(read_iw(output_of("iw dev wlan0 scan dump")));
+    return same_air("iw dev wlan0 scan dump");
 }
 
 /// Looks once more: a scan misses beacons, and the kernel keeps those of the last half minute.
@@ -80,14 +76,10 @@ verdict survey_of_a_crowd() {
     const crowd neighbours;
     if (!becomes_true(9, whole_crowd_is_seen))
         return {false, "iw does not see all of it"};
-    const verdict found = same_air(read_iw(output_of("iw dev wlan0 scan dump")));
+    const verdict found = same_air("iw dev wlan0 scan dump");
     const int size = scan_results_size();
     return {found.passed && size > 0x8000,
             found.seen + " in " + std::to_string(size) + " bytes of results"};
-}
-
-verdict survey_is_what_iwlist_sees() {
-    return same_air(read_iwlist(output_of("iwlist wlan0 scan")));
 }
 
 /// Whether the station is past the handshake, which an association alone does not say.
@@ -105,14 +97,6 @@ verdict join(char* ssid, auth_from_cam auth, enc_from_cam enc, char* key) {
             link.substr(0, link.find('\n'))};
 }
 
-verdict joins_with_wpa2() {
-    return join(office, AUTH_WPA2PSK, ENC_AES, office_key);
-}
-
-verdict joins_openly() {
-    return join(guests, AUTH_OPEN, ENC_NONE, nothing);
-}
-
 verdict wrong_key_does_not_join() {
     if (run_infra_mode(office, nothing, AUTH_WPA2PSK, ENC_AES, wrong_key, 0, 1) != 0)
         return {false, "the call failed"};
@@ -128,23 +112,13 @@ verdict visit() {
     return {is_from_the_pool, "the visitor got " + (address.empty() ? "nothing" : address)};
 }
 
-verdict access_point_serves_a_visitor() {
-    if (run_ap_mode_base_db() != 0)
-        return {false, "the call failed"};
-    return visit();
-}
-
-bool is_running(const char* program) {
-    return !output_of(std::string("pidof ") + program).empty();
-}
-
 verdict stop_takes_the_access_point_down() {
     if (run_stop_ap_mode() != 0)
         return {false, "the call failed"};
     for (const char* file : {"/tmp/hostapd.pid", "/tmp/udhcpd.pid"})
         if (exist(file) != 0)
             return {false, std::string("left: ") + file};
-    if (is_running("udhcpd"))
+    if (!output_of("pidof udhcpd").empty())
         return {false, "udhcpd still runs"};
     if (output_of("pidof hostapd.debian") != output_of("cat /run/neighbours.pid"))
         return {false, "hostapd still runs"};
@@ -208,12 +182,15 @@ verdict cycles_leave_nothing() {
 
 constexpr check checks[] = {
     {"survey: the list is what iw sees", survey_is_what_iw_sees},
-    {"survey: the list is what iwlist sees", survey_is_what_iwlist_sees},
+    {"survey: the list is what iwlist sees", [] { return same_air("iwlist wlan0 scan"); }},
     {"survey: a crowd is listed, too", survey_of_a_crowd},
-    {"station: joins with WPA2", joins_with_wpa2},
-    {"station: joins an open network", joins_openly},
+    {"station: joins with WPA2", [] { return join(office, AUTH_WPA2PSK, ENC_AES, office_key); }},
+    {"station: joins an open network", [] { return join(guests, AUTH_OPEN, ENC_NONE, nothing); }},
     {"station: a wrong key does not join", wrong_key_does_not_join},
-    {"access point: a visitor joins and gets an address", access_point_serves_a_visitor},
+    {"access point: a visitor joins and gets an address",
+     [] {
+         return run_ap_mode_base_db() == 0 ? visit() : verdict{false, "the call failed"};
+     }},
     {"access point: stop takes all of it down", stop_takes_the_access_point_down},
     {"repeater: joined, and a visitor gets an address", repeater_does_both},
     {"repeater: ten starts and stops leave nothing", cycles_leave_nothing},

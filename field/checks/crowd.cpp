@@ -12,16 +12,9 @@
 
 namespace {
 
-constexpr int long_elements = 3; // hostapd tells the kernel of them four times over, in one page
-constexpr std::size_t element_body = 250;
-
-/// Vendor-specific elements, in hexadecimal.
-std::string elements() {
-    std::string text;
-    for (int i = 0; i < long_elements; ++i)
-        text += "ddfa" + std::string(2 * element_body, '5');
-    return text;
-}
+/// A vendor-specific element of 250 bytes, in hexadecimal. Of each network hostapd tells the kernel
+/// four times over, in one page, which has room for three of them.
+const std::string element = "ddfa" + std::string(500, '5');
 
 } // namespace
 
@@ -31,7 +24,8 @@ crowd::crowd() {
     for (int i = 0; i < size; ++i) {
         if (i > 0)
             config << "bss=wlan6_" << i << "\n";
-        config << "ssid=Crowd " << i << "\nvendor_elements=" << elements() << "\n";
+        config << "ssid=Crowd " << i << "\nvendor_elements=" << element << element << element
+               << "\n";
     }
     config.close();
     output_of("hostapd.debian -B -P /run/crowd.pid /run/crowd.conf >/dev/console");

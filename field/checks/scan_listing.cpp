@@ -38,42 +38,27 @@ bool begins(const std::string& line, const std::string& head, std::string& rest)
 
 } // namespace
 
-std::vector<listed_point> read_iw(const std::string& listing) {
+std::vector<listed_point> read_listing(const std::string& listing) {
     std::vector<listed_point> points;
     std::istringstream lines(listing);
     for (std::string line, rest; std::getline(lines, line);) {
         if (line.rfind("BSS ", 0) == 0)
             points.push_back({upper(line.substr(4, 17)), {}});
+        else if (const std::size_t at = line.find("- Address: "); at != std::string::npos)
+            points.push_back({line.substr(at + 11, 17), {}});
         else if (points.empty())
             continue;
         else if (begins(line, "SSID: ", rest))
             points.back().name = unescape(rest);
-        else if (begins(line, "DS Parameter set: channel ", rest))
-            points.back().channel = std::stoi(rest);
-        else if (begins(line, "WPA:", rest))
-            points.back().wpa = true;
-        else if (begins(line, "RSN:", rest))
-            points.back().rsn = true;
-    }
-    return points;
-}
-
-std::vector<listed_point> read_iwlist(const std::string& listing) {
-    std::vector<listed_point> points;
-    std::istringstream lines(listing);
-    for (std::string line, rest; std::getline(lines, line);) {
-        if (const std::size_t at = line.find("- Address: "); at != std::string::npos)
-            points.push_back({line.substr(at + 11, 17), {}});
-        else if (points.empty())
-            continue;
         else if (begins(line, "ESSID:\"", rest))
             points.back().name = unescape(rest.substr(0, rest.rfind('"')));
-        else if (begins(line, "Channel:", rest))
+        else if (begins(line, "DS Parameter set: channel ", rest) || begins(line, "Channel:", rest))
             points.back().channel = std::stoi(rest);
-        else if (begins(line, "IE: WPA Version 1", rest))
-            points.back().wpa = true;
-        else if (begins(line, "IE: IEEE 802.11i/WPA2", rest))
-            points.back().rsn = true;
+        else if (begins(line, "RSN:", rest) || begins(line, "IE: IEEE 802.11i/WPA2", rest))
+            points.back().security = "WPA2-PSK";
+        else if ((begins(line, "WPA:", rest) || begins(line, "IE: WPA Version 1", rest)) &&
+                 points.back().security == "OPEN")
+            points.back().security = "WPA-PSK";
     }
     return points;
 }

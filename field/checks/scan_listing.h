@@ -8,12 +8,8 @@ struct listed_point {
     std::string bssid; ///< upper case
     std::string name;  ///< empty when hidden
     int channel = 0;
-    bool wpa = false;
-    bool rsn = false;
+    std::string security = "OPEN"; ///< as a survey tells it
 };
 
-/// Reads what `iw dev IFACE scan` prints.
-std::vector<listed_point> read_iw(const std::string& listing);
-
-/// Reads what `iwlist IFACE scan` prints.
-std::vector<listed_point> read_iwlist(const std::string& listing);
+/// Reads what `iw dev IFACE scan` or `iwlist IFACE scan` prints.
+std::vector<listed_point> read_listing(const std::string& listing);

@@ -3,8 +3,6 @@
 #include <cstdio>
 #include <stdexcept>
 
-#include <unistd.h>
-
 std::string output_of(const std::string& command) {
     FILE* pipe = popen(command.c_str(), "r");
     if (pipe == nullptr)
@@ -16,8 +14,4 @@ std::string output_of(const std::string& command) {
     if (!output.empty() && output.back() == '\n')
         output.pop_back();
     return output;
-}
-
-void wait_a_second() {
-    sleep(1);
 }
