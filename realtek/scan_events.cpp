@@ -42,12 +42,12 @@ void read_bssid(byte_view event, scan_result_t& result) {
     if (!bytes)
         return;
     // snprintf() would take longer than all else that is read about a network.
-    char* text = result.bssid;
     for (std::size_t i = 0; i < bssid_size; ++i) {
-        *text++ = hex_digits[bytes->data()[i] >> 4U];
-        *text++ = hex_digits[bytes->data()[i] & 0xFU];
-        *text++ = i + 1 < bssid_size ? ':' : '\0';
+        result.bssid[3 * i] = hex_digits[bytes->data()[i] >> 4U];
+        result.bssid[3 * i + 1] = hex_digits[bytes->data()[i] & 0xFU];
+        result.bssid[3 * i + 2] = ':';
     }
+    result.bssid[3 * bssid_size - 1] = '\0';
 }
 
 /// `rest` reaches from the event to the end of the stream.
