@@ -198,6 +198,10 @@ constexpr check checks[] = {
 
 } // namespace
 
-int main() {
-    return report_all(checks);
+/// Its arguments are the beginnings of the names of the checks to run.
+int main(int /*argc*/, char** argv) {
+    for (char** group = argv + 1; *group != nullptr; ++group)
+        for (const check& check : checks)
+            if (std::strncmp(check.what, *group, std::strlen(*group)) == 0)
+                report(check);
 }

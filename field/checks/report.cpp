@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <exception>
 
-bool report(const check& check) {
+void report(const check& check) {
     // The daemons that a check starts have the first serial line for their own words.
     static FILE* const second_line = std::fopen("/dev/ttyS1", "we");
     verdict found{};
@@ -15,5 +15,4 @@ bool report(const check& check) {
     std::fprintf(second_line, "%-5s %-50s %s\n", found.passed ? "ok" : "FAIL", check.what,
                  found.seen.c_str());
     std::fflush(second_line);
-    return found.passed;
 }

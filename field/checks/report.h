@@ -16,16 +16,4 @@ struct check {
 };
 
 /// Runs a check and reports it.
-/// @return whether it passed.
-bool report(const check& check);
-
-/// Runs a table of checks.
-/// @return 0, or 1 when one of them failed.
-template <typename Checks>
-int report_all(const Checks& checks) {
-    int status = 0;
-    for (const check& each : checks)
-        if (!report(each))
-            status = 1;
-    return status;
-}
+void report(const check& check);
