@@ -29,7 +29,7 @@ auth_from_cam authentication_of(const sites& site) {
     const char* word = site.authentication;
     if (contains(word, "WPA2-PSK") || contains(word, "WPA2PSK"))
         return AUTH_WPA2PSK;
-    return contains(word, "WPA-PSK") || contains(word, "WPAPSK") ? AUTH_WPAPSK : AUTH_OPEN;
+    return contains(word, "PSK") ? AUTH_WPAPSK : AUTH_OPEN;
 }
 
 enc_from_cam cipher_of(const sites& site) {

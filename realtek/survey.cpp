@@ -1,5 +1,5 @@
+#include <cstddef>
 #include <cstdio>
-#include <cstring>
 #include <memory>
 #include <new>
 

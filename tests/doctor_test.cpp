@@ -29,7 +29,9 @@ TEST_F(Doctor, names_the_programs_that_the_plugged_in_adapter_lacks) {
             write("/bin/" + name, name == test.stock ? "" : "rtl871xdrv /tmp/udhcpd.conf /tmp/udhcpd.pid");
             fs::permissions("bin/" + name, fs::perms(name == test.absent ? 0600 : 0700));
         }
-        write("/scene", R"({"usb": "lsusb", "adapter": ")" + test.adapter + "\"}");
+        write("/scene", R"({"usb": "lsusb", "files": {"/etc/camera.conf": ["[access_point]", "ssid = Camera",
+            "auth = open", "enc = none", "[client]", "ssid = Net", "auth = open", "enc = none"]}, "adapter": ")" +
+                            test.adapter + "\"}");
         const int status =
             std::system(VCAMERA " --scene scene --scratch world -- " WLANCTL " --json doctor >told 2>err");
         const auto told = nlohmann::json::parse(read("/told"));

@@ -33,6 +33,7 @@ TEST_F(store_exception, reaches_the_program) {
     wlan radio;
     radio.init();
     EXPECT_THROW(radio.update_wsc_to_db_and_action(nullptr), store_failure);
+    EXPECT_THROW(radio.do_wps(0), store_failure);
 }
 
 } // namespace

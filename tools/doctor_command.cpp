@@ -102,12 +102,11 @@ answer examine_adapter() {
 
 /// Through the functions of whichever store the image has; its own message tells why it fails.
 answer examine_store() {
-    const char* named = std::getenv("CAMSTORE_FILE");
-    const std::string file = named != nullptr && *named != '\0' ? named : "/etc/camera.conf";
+    constexpr char what[] = "stored settings";
     _wireless_setting settings{};
     const bool read = cam_get_ap(&settings) == 0 && cam_get_client(&settings) == 0;
-    return read ? checked(file.c_str(), file, nullptr)
-                : checked(file.c_str(), nullptr, "no stored modes, and WPS stores nothing");
+    return read ? checked(what, "yes", nullptr)
+                : checked(what, nullptr, "no stored modes, and WPS stores nothing");
 }
 
 /// The one file that must not be there.
@@ -146,7 +145,7 @@ answer examine_camera() {
                    {"missing", missing},
                    {"checks", checks}};
     if (missing > 0) {
-        throw failure("the camera lacks what the library needs: " + std::to_string(missing) +
+        throw failure("the camera is not as the library needs it: " + std::to_string(missing) +
                           " of " + std::to_string(checks.size()) + " checks",
                       "put right in the image each row that says what breaks", told);
     }
@@ -157,8 +156,9 @@ answer examine_camera() {
 
 void add_doctor_command(CLI::App& wlanctl, answer& result) {
     wlanctl.add_subcommand("doctor", "Check that the camera has what the library needs")
-        ->footer("Looks, and changes nothing: programs in PATH, files, permissions; only what the "
-                 "plugged-in\nadapter needs. With --json: family, missing, checks [what, found, "
-                 "breaks]; what is there\nbreaks nothing (null).")
+        ->footer(
+            "Looks, and changes nothing: programs in PATH, files, permissions, stored settings, "
+            "no /tmp/debug_level;\nonly what the plugged-in adapter needs. With --json: "
+            "family, missing, checks [what, found, breaks];\nbreaks is null where all is well.")
         ->callback([&result] { result = examine_camera(); });
 }

@@ -97,7 +97,8 @@ void fill_air(int pressed) {
     const auto mhz = static_cast<std::uint16_t>(pressed == 2 ? 2412 : 5180);
     // clang-format off
     const air points = {2, {
-        // name, its length, BSSID, security, cipher, group, hidden, button, mode, quality, level
+        // name, its length, BSSID, security, cipher, group, hidden, button, mode, quality,
+        // level, MHz, key
         {"Net", 3, {2, 0, 0, 0, 0, 1}, AIR_WPA2, AIR_AES, 0, 0, pressed > 0, AIR_MASTER, 80, -40,
          2437, "passphrase"},
         {"Caf\xc3\xa9 \"5\"", 9, {2, 0, 0, 0, 0, 2}, AIR_OPEN, AIR_PLAIN, 0, 0, pressed > 1,

@@ -180,6 +180,7 @@ verdict cycles_leave_nothing() {
                                               " descriptors besides the console's, no process"};
 }
 
+// field/run names the groups, the words before the colon, that each of its machines runs.
 constexpr check checks[] = {
     {"survey: the list is what iw sees", survey_is_what_iw_sees},
     {"survey: the list is what iwlist sees", [] { return same_air("iwlist wlan0 scan"); }},
@@ -199,9 +200,16 @@ constexpr check checks[] = {
 } // namespace
 
 /// Its arguments are the beginnings of the names of the checks to run.
+/// @return 0, or 1 when there is no such check.
 int main(int /*argc*/, char** argv) {
-    for (char** group = argv + 1; *group != nullptr; ++group)
+    for (char** group = argv + 1; *group != nullptr; ++group) {
+        bool found = false;
         for (const check& check : checks)
-            if (std::strncmp(check.what, *group, std::strlen(*group)) == 0)
+            if (std::strncmp(check.what, *group, std::strlen(*group)) == 0) {
                 report(check);
+                found = true;
+            }
+        if (!found)
+            return 1;
+    }
 }

@@ -12,8 +12,8 @@
 
 namespace {
 
-/// A vendor-specific element of 250 bytes, in hexadecimal. Of each network hostapd tells the kernel
-/// four times over, in one page, which has room for three of them.
+/// A vendor-specific element of 250 bytes, in hexadecimal. hostapd tells the kernel of each network
+/// four times over, in one page: there is room for three elements.
 const std::string element = "ddfa" + std::string(500, '5');
 
 } // namespace

@@ -10,7 +10,7 @@
 
 /// One access point. Texts are padded with NULs; a text that fills its field has no terminator.
 struct sites {
-    char ssid[36];           ///< network name, with a NUL; on Realtek a blank follows 32 bytes
+    char ssid[36];           ///< network name, with a NUL; on Realtek a blank follows one of 32
     char bssid[20];          ///< address as the driver prints it, hexadecimal with colons
     char encryption[12];     ///< "TKIP/AES", "AES", "TKIP", "WEP", "NONE", or the driver's own word
     char authentication[20]; ///< "WPA-PSK/WPA2-PSK", "WPA2-PSK", "WPA-PSK", "WEPAUTO", "OPEN", or

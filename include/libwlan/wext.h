@@ -111,7 +111,7 @@ public:
     // --- Data
 
     int debug_flag = 0; ///< number in /tmp/debug_level: other than 0 traces to the console
-    int debug_level;    ///< the same, 0 without the file: bit 2 runs daemons in the foreground
+    int debug_level;    ///< the same, 0 without the file; bit of value 2: daemons in the foreground
     int sock = -1;      ///< Wireless Extensions socket, -1 when closed
     FILE* console;      ///< "/dev/console", opened for the trace line
 };
