@@ -4,6 +4,7 @@
 #include <cstring>
 #include <fstream>
 #include <iterator>
+#include <sstream>
 #include <stdexcept>
 
 #include <fcntl.h>
@@ -39,10 +40,10 @@ std::string received() {
 
 /// What the driver hears of these Key=Value texts.
 std::string sets(const std::string& interface, const std::vector<std::string>& texts) {
-    std::string commands;
+    std::ostringstream commands;
     for (const std::string& text : texts)
-        commands += interface + " set " + std::to_string(text.size()) + " " + text + "\n";
-    return commands;
+        commands << interface << " set " << text.size() << ' ' << text << '\n';
+    return commands.str();
 }
 
 const std::string access_point_commands =
