@@ -125,6 +125,7 @@ TEST_F(Wlanctl, SaysWhyItDoesNotWhatCannotWorkAndChangesNothing) {
         int status = 2;
         std::string input = {};
     } rows[] = {
+        {mediatek, "jion Office", "unknown command: jion"},
         {mediatek, "join", "SSID or --stored is required"},
         {mediatek, "join Office --stored", "--stored excludes SSID"},
         {mediatek, "join 123456789012345678901234567890123", "1 to 32 bytes"},
