@@ -1,3 +1,6 @@
+// SPDX-License-Identifier: MIT
+// Counts the allocations of a benchmark.
+
 #include "bench/allocations.h"
 
 std::size_t allocations = 0;

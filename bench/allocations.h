@@ -1,3 +1,6 @@
+// SPDX-License-Identifier: MIT
+// Counting the allocations of a benchmark.
+
 #pragma once
 
 #include <benchmark/benchmark.h>

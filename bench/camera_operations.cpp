@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Operations on the virtual camera. Its own part is in these times; waits take none on it.
 
 #include <filesystem>
@@ -7,7 +8,7 @@
 #include <benchmark/benchmark.h>
 
 #include "libwlan/libwlan.h"
-#include "sim/camera.h"
+#include "vcamera/scene/camera.h"
 
 namespace {
 
@@ -33,9 +34,10 @@ void mode_change(benchmark::State& state, const char* adapter) {
     plug_in(adapter);
     char ssid[] = "Camera";
     char key[] = "camera setup";
-    while (state.KeepRunning())
+    while (state.KeepRunning()) {
         if (run_ap_mode(ssid, AUTH_WPA2PSK, ENC_AES, key) != 0)
             state.SkipWithError("the mode was refused");
+    }
     state.SetItemsProcessed(state.iterations());
 }
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the library costs in memory: pages of its own that loading it takes, and the heap of a
 // survey of 256 networks. Runs as the camera's architecture.
 
@@ -14,7 +15,7 @@
 #include <malloc.h>
 
 #include "libwlan/libwlan.h"
-#include "sim/camera.h"
+#include "vcamera/scene/camera.h"
 
 extern "C" void* __libc_malloc(std::size_t size);
 extern "C" void* __libc_calloc(std::size_t count, std::size_t size);
@@ -43,11 +44,12 @@ long private_dirty_kib() {
     bool counts = false;
     long kib = 0;
     for (std::string line; std::getline(maps, line);) {
-        if (line.find(':') > line.find(' '))
+        if (line.find(':') > line.find(' ')) {
             counts = line.find("/libwlan.so") != std::string::npos &&
                      line.find(" rw-p ") != std::string::npos;
-        else if (counts && line.rfind("Private_Dirty:", 0) == 0)
+        } else if (counts && line.rfind("Private_Dirty:", 0) == 0) {
             kib += std::strtol(line.c_str() + std::strlen("Private_Dirty:"), nullptr, 10);
+        }
     }
     return kib;
 }
@@ -107,6 +109,11 @@ void operator delete(void* memory, std::size_t /*size*/) noexcept {
 }
 
 void operator delete[](void* memory) noexcept {
+    counted(nullptr, malloc_usable_size(memory), __builtin_return_address(0));
+    __libc_free(memory);
+}
+
+void operator delete[](void* memory, std::size_t /*size*/) noexcept {
     counted(nullptr, malloc_usable_size(memory), __builtin_return_address(0));
     __libc_free(memory);
 }

@@ -1,3 +1,6 @@
+// SPDX-License-Identifier: MIT
+// Networks to measure with.
+
 #include "bench/networks.h"
 
 #include <iterator>

@@ -1,5 +1,7 @@
+// SPDX-License-Identifier: MIT
 // A scan's events, read by the library and by libiw.
 
+#include <cstdint>
 #include <cstring>
 #include <memory>
 #include <string>
@@ -10,17 +12,21 @@
 
 #include "bench/allocations.h"
 #include "bench/networks.h"
-#include "realtek/scan_conversion.h"
 #include "realtek/scan_events.h"
-#include "sim/scan_events.h"
+#include "realtek/scan_results.h"
+#include "vcamera/model/scan_events.h"
+
+using libwlan::byte_reader;
+using namespace libwlan::realtek;
 
 namespace {
 
 constexpr int vendor_bytes = 120; // in elements that nobody reads
 
 void scan_library(benchmark::State& state) {
-    const std::string stream = scan_events(networks(state.range(0)), vendor_bytes);
-    const byte_view events{reinterpret_cast<const unsigned char*>(stream.data()), stream.size()};
+    const std::string stream =
+        scan_events(networks(state.range(0)), frequency_form::kernel, vendor_bytes);
+    const byte_reader events{reinterpret_cast<const unsigned char*>(stream.data()), stream.size()};
     std::vector<sites> list;
     list.reserve(max_scan_results);
     const std::size_t before = allocations;
@@ -76,11 +82,13 @@ void keep(const iw_event& event, wireless_scan*& record, const iw_range& range) 
 }
 
 void scan_libiw(benchmark::State& state) {
-    std::string stream = host_layout(scan_events(networks(state.range(0)), vendor_bytes));
+    std::string stream =
+        host_layout(scan_events(networks(state.range(0)), frequency_form::kernel, vendor_bytes));
     iw_range range{};
-    for (range.num_frequency = 0; range.num_frequency < 13; ++range.num_frequency)
+    for (range.num_frequency = 0; range.num_frequency < 13; ++range.num_frequency) {
         range.freq[range.num_frequency] = {2412 + 5 * range.num_frequency, 6,
                                            static_cast<__u8>(range.num_frequency + 1), 0};
+    }
     std::int64_t found = 0;
     while (state.KeepRunning()) {
         stream_descr events{};

@@ -1,12 +1,14 @@
+// SPDX-License-Identifier: MIT
 // The survey table of the MediaTek/Ralink driver, as full as the driver's buffer allows.
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
 #include "bench/allocations.h"
 #include "bench/networks.h"
 #include "libwlan/wlan.h"
-#include "sim/mtk_survey.h"
+#include "vcamera/model/mtk_survey.h"
 
 namespace {
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Setting a camera up from a phone: on the camera's own access point the phone hands over a
 // network's name and key. The camera looks for that network and joins it; when that fails it is an
 // access point again, so that the phone finds it for another try.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The Wi-Fi part of a camera's status page, as JSON on standard output.
 
 #include <cstdio>
@@ -20,13 +21,20 @@ struct wifi_interface {
 constexpr wifi_interface mediatek[] = {{"ra0", false}, {"wlan0", true}, {"apclii0", true}};
 constexpr wifi_interface realtek[] = {{"wlan0", true}, {"wlan1", false}};
 
+/// Drivers tell a channel by its number or by its frequency in MHz: 2412 is channel 1.
+int channel_number(int told) {
+    if (told < 1000)
+        return told;
+    return told == 2484 ? 14 : (told - (told < 5000 ? 2407 : 5000)) / 5;
+}
+
 json describe(const wifi_interface& interface) {
     json told = {{"name", interface.name}, {"up", does_ifup(interface.name) == 1}};
     if (!interface.station)
         return told;
     told["joined"] = does_wifi_associated(interface.name) == 1;
     if (told["joined"] == true)
-        told["channel"] = get_wifi_channel(interface.name);
+        told["channel"] = channel_number(get_wifi_channel(interface.name));
     return told;
 }
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a camera does when its WPS button is pressed: joins the network whose access point had its
 // button pressed, too, and keeps it.
 

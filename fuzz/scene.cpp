@@ -1,10 +1,13 @@
-#include "sim/scene.h"
+// SPDX-License-Identifier: MIT
+// Hostile input: the virtual camera's scenes.
+
+#include "vcamera/scene/scene.h"
 
 #include <filesystem>
 
 #include <nlohmann/json.hpp>
 
-#include "fuzz/must.h"
+#include "fuzz/fuzz_check.h"
 
 /// A scene's text: a camera is made of it, or it is refused with a word about where it is wrong.
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
@@ -17,6 +20,6 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
     } catch (const std::runtime_error&) {
         return 0;
     }
-    must(read_text(scratch + "/scene.json") == text);
+    fuzz_check(read_text(scratch + "/scene.json") == text);
     return 0;
 }

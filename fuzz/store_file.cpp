@@ -1,10 +1,13 @@
+// SPDX-License-Identifier: MIT
+// Hostile input: the store's file, read, written and read again.
+
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 
-#include "fuzz/must.h"
+#include "fuzz/fuzz_check.h"
 #include "libwlan/store.h"
 
 namespace {
@@ -17,17 +20,18 @@ struct other_settings {
     int dhcp_server_result = cam_get_dhcp_server(&dhcp_server);
 };
 
-template <typename record>
-bool same(const record& left, const record& right) {
+template <typename Record>
+bool same(const Record& left, const Record& right) {
     return std::memcmp(&left, &right, sizeof left) == 0;
 }
 
 /// Whether a changed value cannot make a line too long.
 bool has_room(const std::string& text) {
     std::istringstream lines(text);
-    for (std::string line; std::getline(lines, line);)
+    for (std::string line; std::getline(lines, line);) {
         if (line.size() > 64)
             return false;
+    }
     return true;
 }
 
@@ -49,9 +53,9 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
     std::strncpy(wanted.client_key, text.c_str() + size / 2, 255);
     _cam_actions no_actions{};
     const bool stored = cam_set_client(&wanted, &no_actions, 0, 0) == 0;
-    must(stored || !has_room(text));
+    fuzz_check(stored || !has_room(text));
     _wireless_setting after{};
-    must(cam_get_client(&after) == 0 && same(after, stored ? wanted : before));
-    must(same(other_settings(), others));
+    fuzz_check(cam_get_client(&after) == 0 && same(after, stored ? wanted : before));
+    fuzz_check(same(other_settings(), others));
     return 0;
 }

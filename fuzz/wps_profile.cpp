@@ -1,8 +1,13 @@
-#include "mtk/wps_profile.h"
+// SPDX-License-Identifier: MIT
+// Hostile input: the network that a push-button session obtained.
+
+#include "mtk/driver_answers.h"
 
 #include <string>
 
-#include "fuzz/must.h"
+#include "fuzz/fuzz_check.h"
+
+using namespace libwlan::mtk;
 
 namespace {
 
@@ -20,10 +25,10 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
     const auto profile = read_wps_profile(text.data());
     if (!profile)
         return 0;
-    must(profile->ssid == text.data() + text.find('=', text.find("SSID")) + 2);
+    fuzz_check(profile->ssid == text.data() + text.find('=', text.find("SSID")) + 2);
     const std::string written = text_of(*profile);
     std::string copy = written; // reading ends its lines in place
     const auto again = read_wps_profile(copy.data());
-    must(again && text_of(*again) == written);
+    fuzz_check(again && text_of(*again) == written);
     return 0;
 }

@@ -1,8 +1,11 @@
+// SPDX-License-Identifier: MIT
+// Replacing a file whole, or not at all.
+
 #pragma once
 
 #include <string>
 
-#include "store/descriptor.h"
+#include "base/unique_fd.h"
 
 namespace store {
 
@@ -13,7 +16,7 @@ public:
     explicit write_lock(const std::string& path);
 
 private:
-    descriptor file_;
+    libwlan::unique_fd file_;
 };
 
 /// Replaces the text of a file, keeping its mode and, where permitted, its owner. After a power cut

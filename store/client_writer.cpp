@@ -1,3 +1,6 @@
+// SPDX-License-Identifier: MIT
+// Storing the network to join.
+
 #include <filesystem>
 
 #include "libwlan/store.h"
@@ -26,9 +29,8 @@ std::string lines_of_value(const std::string& head, const std::string& text,
                            const std::string& tail, const std::string& line_end) {
     const store::value_lines value = store::encode_value(text);
     std::string lines = head + value.front() + tail;
-    for (std::size_t i = 1; i < value.size(); ++i) {
+    for (std::size_t i = 1; i < value.size(); ++i)
         lines.append("    ").append(value[i]).append(line_end);
-    }
     return lines;
 }
 
@@ -39,9 +41,8 @@ void replace_value(text_lines& lines, const config_entry& entry, const std::stri
     const std::string& old = entry.value.front();
     const std::size_t start = line.find(old, line.find_first_of("=:") + 1);
     const std::string head = line.substr(0, start) + (old.empty() ? " " : "");
-    for (std::size_t i = 0; i < entry.value.size(); ++i) {
+    for (std::size_t i = 0; i < entry.value.size(); ++i)
         lines[entry.line + i].clear();
-    }
     lines[entry.line] = lines_of_value(head, text, line.substr(start + old.size()), line_end);
 }
 
@@ -50,15 +51,12 @@ std::string& last_line_of_client(text_lines& lines, const config_file& file,
                                  const std::string& line_end) {
     const std::string header = std::string("[") + client_section.name + "]";
     std::size_t last = lines.size();
-    for (std::size_t i = 0; i < lines.size(); ++i) {
+    for (std::size_t i = 0; i < lines.size(); ++i)
         last = lines[i].rfind(header, 0) == 0 ? i : last;
-    }
-    for (const config_entry& entry : file.entries()) {
+    for (const config_entry& entry : file.entries())
         last = entry.section == client_section.name ? entry.line + entry.value.size() - 1 : last;
-    }
-    if (last == lines.size()) {
+    if (last == lines.size())
         lines.push_back((lines.empty() ? "" : line_end) + header + line_end);
-    }
     return lines[last];
 }
 
@@ -66,9 +64,8 @@ std::string with_client(const config_file& file, const _wireless_setting& before
                         const _wireless_setting& wanted) {
     text_lines lines = file.lines();
     const std::string line_end = line_end_of(lines);
-    if (!lines.empty() && lines.back().back() != '\n') {
+    if (!lines.empty() && lines.back().back() != '\n')
         lines.back() += line_end;
-    }
     std::string added;
     for (const field& field : client_section.fields) {
         const std::string text = text_of_field(field, &wanted);
@@ -79,13 +76,11 @@ std::string with_client(const config_file& file, const _wireless_setting& before
             replace_value(lines, *entry, text, line_end);
         }
     }
-    if (!added.empty()) {
+    if (!added.empty())
         last_line_of_client(lines, file, line_end) += added;
-    }
     std::string whole;
-    for (const std::string& line : lines) {
+    for (const std::string& line : lines)
         whole += line;
-    }
     return whole;
 }
 
@@ -93,9 +88,8 @@ std::string with_client(const config_file& file, const _wireless_setting& before
 std::string real_path(const std::string& path) {
     std::error_code error;
     std::string real = std::filesystem::canonical(path, error);
-    if (error) {
+    if (error)
         throw store::failure(path + ": cannot open: " + error.message());
-    }
     return real;
 }
 
@@ -117,9 +111,8 @@ int cam_set_client(_wireless_setting* setting, _cam_actions* /*actions*/,
                    unsigned char /*first_flag*/, unsigned char /*second_flag*/) {
     return store::answer([&] {
         const std::string path = config_file::path();
-        if (setting == nullptr) {
+        if (setting == nullptr)
             throw store::failure(path + ": no record to store was given");
-        }
         store_client(*setting, real_path(path));
     });
 }

@@ -1,12 +1,16 @@
+// SPDX-License-Identifier: MIT
+// Reading the configuration file.
+
 #include "store/config_file.h"
 
 #include <algorithm>
 #include <cstdlib>
 
+#include <fcntl.h>
 #include <ini.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
-#include "store/descriptor.h"
 #include "store/failure.h"
 
 namespace {
@@ -44,9 +48,8 @@ std::string without_blanks(const std::string& line) {
 /// only text in quotes is one, so that people may indent keys.
 char* next_line(char* buffer, int size, void* context) {
     auto& walk = *static_cast<ini_walk*>(context);
-    if (walk.lines_read == walk.lines.size()) {
+    if (walk.lines_read == walk.lines.size())
         return nullptr;
-    }
     std::string line = without_blanks(walk.lines[walk.lines_read++]);
     walk.continued = !line.empty() && line.front() == '"';
     const bool comment = !line.empty() && (line.front() == '#' || line.front() == ';');
@@ -69,9 +72,8 @@ int keep_entry(void* context, const char* section, const char* key, const char* 
         return 1;
     }
     const auto last = walk.entries.rbegin();
-    if (last == walk.entries.rend() || last->line + last->value.size() != line) {
+    if (last == walk.entries.rend() || last->line + last->value.size() != line)
         return 0; // it goes on from nothing, or from further above
-    }
     last->value.emplace_back(value);
     return 1;
 }
@@ -84,22 +86,20 @@ std::string store::config_file::path() {
 }
 
 store::config_file store::config_file::load(const std::string& path) {
-    const descriptor file(path, O_RDONLY | O_NONBLOCK); // a pipe must not keep the camera waiting
+    // A pipe must not keep the camera waiting.
+    const libwlan::unique_fd file = open_or_fail(path, O_RDONLY | O_NONBLOCK);
     struct stat status = {};
-    if (::fstat(file.get(), &status) != 0) {
+    if (::fstat(file.get(), &status) != 0)
         fail_with_errno(path, "read");
-    }
-    if (!S_ISREG(status.st_mode)) {
+    if (!S_ISREG(status.st_mode))
         throw failure(path + ": is no regular file");
-    }
     std::string text(most_bytes + 1, '\0');
     std::size_t length = 0;
     ssize_t got = 1;
     while (got > 0 && length < text.size()) {
         got = ::read(file.get(), &text[length], text.size() - length);
-        if (got < 0) {
+        if (got < 0)
             fail_with_errno(path, "read");
-        }
         length += static_cast<std::size_t>(got);
     }
     text.resize(length);
@@ -108,30 +108,26 @@ store::config_file store::config_file::load(const std::string& path) {
 
 store::config_file::config_file(std::string name, const std::string& text)
     : name_(std::move(name)), lines_(cut_into_lines(text)) {
-    if (text.size() > most_bytes) {
+    if (text.size() > most_bytes)
         throw failure(name_ + ": is longer than " + std::to_string(most_bytes) + " bytes");
-    }
-    if (text.find('\0') != std::string::npos) {
+    if (text.find('\0') != std::string::npos)
         throw failure(name_ + ": holds a NUL byte and is no text");
-    }
     ini_walk walk = {lines_, entries_};
     const int wrong_line = ::ini_parse_stream(next_line, &walk, keep_entry, &walk);
     if (wrong_line != 0) {
         throw failure(name_ + ":" + std::to_string(wrong_line) +
                       ": is no [section], no key = value and no comment");
     }
-    if (walk.too_long) {
+    if (walk.too_long)
         throw failure(name_ + ":" + std::to_string(walk.lines_read) + ": is too long for a line");
-    }
 }
 
 const store::config_entry* store::config_file::find(std::string_view section,
                                                     std::string_view key) const {
     const config_entry* found = nullptr;
     for (const config_entry& entry : entries_) {
-        if (entry.section != section || entry.key != key) {
+        if (entry.section != section || entry.key != key)
             continue;
-        }
         if (found != nullptr) {
             reject(&entry, entry.section, entry.key,
                    "stands on line " + std::to_string(found->line + 1) + " already");

@@ -1,3 +1,6 @@
+// SPDX-License-Identifier: MIT
+// The configuration file: sections of keys, each with its line.
+
 #pragma once
 
 #include <cstddef>

@@ -1,3 +1,6 @@
+// SPDX-License-Identifier: MIT
+// Values of the file and fields of the records.
+
 #include "store/field.h"
 
 #include <cctype>
@@ -16,9 +19,9 @@ namespace {
 using store::field;
 using store::form;
 
-template <typename number>
-std::optional<number> number_from(const std::string& value) {
-    number result = 0;
+template <typename Number>
+std::optional<Number> number_from(const std::string& value) {
+    Number result = 0;
     const char* end = value.data() + value.size();
     const auto [stop, error] = std::from_chars(value.data(), end, result);
     return stop == end && error == std::errc() ? std::optional(result) : std::nullopt;
@@ -26,9 +29,8 @@ std::optional<number> number_from(const std::string& value) {
 
 std::optional<unsigned char> byte_from(const field& field, const std::string& value) {
     for (const store::word& word : field.words) {
-        if (value == word.name) {
+        if (value == word.name)
             return word.value;
-        }
     }
     return number_from<unsigned char>(value);
 }
@@ -37,9 +39,8 @@ bool is_bssid(const std::string& value) {
     constexpr std::string_view pattern = "hh:hh:hh:hh:hh:hh";
     for (std::size_t i = 0; i < value.size() && i < pattern.size(); ++i) {
         const bool digit = std::isxdigit(static_cast<unsigned char>(value[i])) != 0;
-        if (pattern[i] == 'h' ? !digit : value[i] != ':') {
+        if (pattern[i] == 'h' ? !digit : value[i] != ':')
             return false;
-        }
     }
     return value.empty() || value.size() == pattern.size();
 }
@@ -55,9 +56,8 @@ std::string put_byte(const field& field, const std::string& value, char* place) 
     const auto byte = byte_from(field, value);
     if (!byte) {
         std::string words;
-        for (const store::word& word : field.words) {
+        for (const store::word& word : field.words)
             words.append(words.empty() ? "none of " : ", ").append(word.name);
-        }
         return '"' + value + "\" is " + words + (words.empty() ? "" : " and ") +
                "no whole number from 0 to 255";
     }
@@ -67,23 +67,19 @@ std::string put_byte(const field& field, const std::string& value, char* place) 
 
 std::string put_number(const field& /*field*/, const std::string& value, char* place) {
     const auto number = number_from<std::int32_t>(value);
-    if (!number) {
+    if (!number)
         return '"' + value + "\" is no whole number of 32 bits";
-    }
     std::memcpy(place, &*number, sizeof *number);
     return "";
 }
 
 std::string put_text(const field& field, const std::string& value, char* place) {
-    if (value.size() > field.most) { // not quoted: it may be a passphrase
+    if (value.size() > field.most) // not quoted: it may be a passphrase
         return "is longer than " + std::to_string(field.most) + " bytes";
-    }
-    if (field.kind == form::bssid && !is_bssid(value)) {
+    if (field.kind == form::bssid && !is_bssid(value))
         return '"' + value + "\" is no BSSID like 00:11:22:aa:bb:cc";
-    }
-    if (field.kind == form::ipv4 && !is_ipv4(value)) {
+    if (field.kind == form::ipv4 && !is_ipv4(value))
         return '"' + value + "\" is no IPv4 address like 192.168.1.1";
-    }
     value.copy(place, field.most);
     return "";
 }
@@ -94,9 +90,8 @@ void store::read_section(const config_file& file, const section& section, need n
     for (const field& field : section.fields) {
         const config_entry* entry = file.find(section.name, field.key);
         if (entry == nullptr && field.fallback == nullptr) {
-            if (need == need::whole_section) {
+            if (need == need::whole_section)
                 file.reject(entry, section.name, field.key, "is missing");
-            }
             continue;
         }
         const auto value = entry != nullptr ? decode_value(entry->value) : field.fallback;
@@ -109,9 +104,8 @@ void store::read_section(const config_file& file, const section& section, need n
                          : field.kind == form::number ? put_number
                                                       : put_text;
         const std::string problem = put(field, *value, place);
-        if (!problem.empty()) {
+        if (!problem.empty())
             file.reject(entry, section.name, field.key, problem);
-        }
     }
 }
 
@@ -125,9 +119,8 @@ std::string store::text_of_field(const field& field, const void* record) {
     if (field.kind == form::byte) {
         const auto byte = static_cast<unsigned char>(*place);
         for (const word& word : field.words) {
-            if (word.value == byte) {
+            if (word.value == byte)
                 return word.name;
-            }
         }
         return std::to_string(byte);
     }

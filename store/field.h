@@ -1,3 +1,6 @@
+// SPDX-License-Identifier: MIT
+// Values of the file and fields of the records, by tables.
+
 #pragma once
 
 #include <cstddef>

@@ -1,3 +1,7 @@
+// SPDX-License-Identifier: MIT
+// The product information: region codes.
+
+#include <atomic>
 #include <cstring>
 
 #include "libwlan/store.h"
@@ -6,7 +10,7 @@
 
 namespace {
 
-struct region_codes {
+struct alignas(2) region_codes { // in one piece, for std::atomic
     unsigned char band_2g;
     unsigned char band_5g;
 };
@@ -17,6 +21,10 @@ constexpr std::initializer_list<store::field> region_fields = {
 };
 
 constexpr store::section region_section = {"region", region_fields};
+
+/// What was read last. The library asks at every mode, and a camera whose store cannot be read for
+/// a moment must not change the channels that it may use.
+std::atomic<region_codes> last_read{};
 
 } // namespace
 
@@ -29,16 +37,19 @@ PIB::PIB() {
 PIB::~PIB() = default;
 
 int PIB::init() {
-    return store::answer([this] {
+    const int result = store::answer([] {
         const auto file = store::config_file::load(store::config_file::path());
         region_codes codes = {};
         read_section(file, region_section, store::need::what_is_there, &codes);
-        region_ = codes.band_2g;
-        region_a_band_ = codes.band_5g;
+        last_read = codes;
     });
+    const region_codes codes = last_read;
+    region_ = codes.band_2g;
+    region_a_band_ = codes.band_5g;
+    return result;
 }
 
-// NOLINTNEXTLINE(readability-make-member-function-const): camera firmware declares it like this
+// NOLINTNEXTLINE(readability-make-member-function-const): part of the interface
 int PIB::getRegion() {
     return region_;
 }

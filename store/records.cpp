@@ -1,3 +1,6 @@
+// SPDX-License-Identifier: MIT
+// The records that the library asks for.
+
 #include "libwlan/store.h"
 #include "store/failure.h"
 #include "store/wireless_sections.h"
@@ -18,31 +21,31 @@ constexpr std::initializer_list<field> dhcp_server_fields = {
     {"netmask",    form::ipv4, offsetof(_dhcp_server_setting, subnet_mask),    31,   nullptr, {}},
 };
 
+// wpa_supplicant takes no longer ones, and without it there is no station.
 constexpr std::initializer_list<field> system_fields = {
     // key           form        offset                                  most default  words
-    {"model",        form::text, offsetof(_system_setting, model_name),   159, nullptr, {}},
-    {"manufacturer", form::text, offsetof(_system_setting, manufacturer), 159, nullptr, {}},
+    {"model",        form::text, offsetof(_system_setting, model_name),    32, nullptr, {}},
+    {"manufacturer", form::text, offsetof(_system_setting, manufacturer),  64, nullptr, {}},
 };
 // clang-format on
 
 constexpr store::section dhcp_server_section = {"dhcp_server", dhcp_server_fields};
 constexpr store::section system_section = {"system", system_fields};
 
-template <typename record>
-record read_record(const config_file& file, const store::section& section) {
-    record filled = {};
+template <typename Record>
+Record read_record(const config_file& file, const store::section& section) {
+    Record filled = {};
     read_section(file, section, need::whole_section, &filled);
     return filled;
 }
 
 /// Fills the caller's record once everything was found to be good.
-template <typename record, typename reader>
-int fill(record* setting, const reader& read) {
+template <typename Record, typename Reader>
+int fill(Record* setting, const Reader& read) {
     return store::answer([&] {
         const std::string path = config_file::path();
-        if (setting == nullptr) {
+        if (setting == nullptr)
             throw store::failure(path + ": no record to fill was given");
-        }
         *setting = read(config_file::load(path));
     });
 }

@@ -1,3 +1,6 @@
+// SPDX-License-Identifier: MIT
+// How values are written in the file.
+
 #include "store/value_text.h"
 
 #include <algorithm>
@@ -27,29 +30,25 @@ char take_byte(std::string_view& rest) {
         return complete ? static_cast<char>(byte) : '\0';
     }
     rest.remove_prefix(first == '\\' && escaped != '\0' ? 2 : 1);
-    if (first == '\\') {
+    if (first == '\\')
         return escaped == 'n' ? '\n' : escaped == '"' || escaped == '\\' ? escaped : '\0';
-    }
     return first == '"' ? '\0' : first;
 }
 
 } // namespace
 
 std::optional<std::string> store::decode_value(const value_lines& value) {
-    if (value.size() == 1 && (value.front().empty() || value.front().front() != '"')) {
+    if (value.size() == 1 && (value.front().empty() || value.front().front() != '"'))
         return value.front();
-    }
     std::string text;
     for (const std::string_view line : value) {
-        if (line.size() < 2 || line.front() != '"' || line.back() != '"') {
+        if (line.size() < 2 || line.front() != '"' || line.back() != '"')
             return std::nullopt;
-        }
         std::string_view rest = line.substr(1, line.size() - 2);
         while (!rest.empty()) {
             text += take_byte(rest);
-            if (text.back() == '\0') {
+            if (text.back() == '\0')
                 return std::nullopt;
-            }
         }
     }
     return text;
@@ -57,9 +56,8 @@ std::optional<std::string> store::decode_value(const value_lines& value) {
 
 store::value_lines store::encode_value(std::string_view text) {
     if (!text.empty() && text.size() <= most_per_line &&
-        std::all_of(text.begin(), text.end(), is_plain)) {
+        std::all_of(text.begin(), text.end(), is_plain))
         return {std::string(text)};
-    }
     value_lines lines = {"\""};
     for (const char byte : text) {
         if (lines.back().size() > most_per_line) {
@@ -70,9 +68,8 @@ store::value_lines store::encode_value(std::string_view text) {
             lines.back() += "\\x3b";
             continue;
         }
-        if (byte == '"' || byte == '\\') {
+        if (byte == '"' || byte == '\\')
             lines.back() += '\\';
-        }
         append_printable(lines.back(), byte);
     }
     lines.back() += '"';

@@ -1,3 +1,6 @@
+// SPDX-License-Identifier: MIT
+// How values are written in the file.
+
 #pragma once
 
 #include <optional>

@@ -1,3 +1,6 @@
+// SPDX-License-Identifier: MIT
+// The sections of the wireless settings.
+
 #include "store/wireless_sections.h"
 
 namespace {

@@ -1,3 +1,6 @@
+// SPDX-License-Identifier: MIT
+// The sections of the wireless settings.
+
 #pragma once
 
 #include "libwlan/store.h"

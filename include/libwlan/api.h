@@ -1,8 +1,9 @@
-#pragma once
-
+// SPDX-License-Identifier: MIT
 /// @file
-/// The mark of everything that libwlan exports. The library is built with hidden visibility, so a
-/// declaration without this mark stays inside it.
+/// Marks what libwlan exports. The library is built with hidden visibility: a declaration without
+/// this mark stays inside it.
+
+#pragma once
 
 /// Exports a declaration.
 #define LIBWLAN_API __attribute__((visibility("default")))

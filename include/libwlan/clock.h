@@ -1,7 +1,8 @@
-#pragma once
-
+// SPDX-License-Identifier: MIT
 /// @file
 /// The clock that stamps console trace lines.
+
+#pragma once
 
 #include <cstdint>
 
@@ -9,6 +10,7 @@
 
 extern "C" {
 
-/// @return milliseconds of the raw monotonic clock; wraps after about 49.7 days.
+/// Reads the raw monotonic clock.
+/// @return milliseconds; wraps after about 49.7 days.
 LIBWLAN_API std::uint32_t clock_time();
 }

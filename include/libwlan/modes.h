@@ -1,15 +1,26 @@
-#pragma once
-
+// SPDX-License-Identifier: MIT
 /// @file
-/// Radio modes on whichever adapter is plugged in. Every entry point looks for the adapter family
-/// afresh, runs one request on a fresh driver object and returns 0 for success and -1 for failure.
-/// The driver's and the sequences' messages go to standard error; a store that fails speaks for
-/// itself. A request that failed on the radio leaves one socket open. On MediaTek a station waits
-/// 2 seconds between two bands; on Realtek each daemon that has to end is waited for, 10 seconds at
-/// most.
+/// Station, access point and repeater on whichever adapter is plugged in.
 ///
-/// Names ending in `_base_db` take their settings from the configuration store. SSIDs, BSSIDs and
-/// keys are NUL-terminated texts. Callers run one request at a time.
+/// Every call looks for the adapter family afresh and runs one request on a fresh driver object. It
+/// returns 0, or -1 after the failing step's message on standard error; earlier steps are not
+/// undone. Lengths, blocking times and what stays open: libwlan.h.
+///
+/// | argument      | MediaTek                             | Realtek                              |
+/// |---------------|--------------------------------------|--------------------------------------|
+/// | `ssid`        | see @ref texts                       | see @ref texts                       |
+/// | `bssid`       | not null; all zero stands for any    | not used                             |
+/// | `auth`, `enc` | see settings.h                       | see settings.h                       |
+/// | `key`         | passphrase or WEP key; null only     | passphrase, or a station's raw key;  |
+/// |               | with ENC_NONE                        | null only for an open network        |
+/// | `channel`     | 0 both bands, 1 to 14, 15 and above  | not used                             |
+/// | `key_index`   | number of the WEP key, 1 to 4        | not used                             |
+///
+/// On Realtek every mode first stops wpa_supplicant, so that starting an access point ends the
+/// station. Then the daemon's file is written and the daemon started, also when its file could not
+/// be written: it runs with the file of before.
+
+#pragma once
 
 #include "libwlan/api.h"
 #include "libwlan/settings.h"
@@ -18,32 +29,45 @@ extern "C" {
 
 /// Looks for a MediaTek/Ralink USB adapter (vendor 148f) in /proc/bus/usb/devices or, without that
 /// file, in what `lsusb` prints.
-/// @return 1 when there is one, else 0.
+/// @return 1 when there is one, else 0, also when neither can be read: Realtek is then assumed.
 LIBWLAN_API int isMtkWifi();
 
-/// Sets up the access point. On Realtek this writes /tmp/hostapd.conf and restarts hostapd.
+/// @name Settings from the caller
+/// @{
+
+/// Sets up the access point: "ra0", or "wlan1" under hostapd by way of /tmp/hostapd.conf. On
+/// MediaTek its channel stays the one that the radio is on.
 LIBWLAN_API int run_ap_mode(char* ssid, auth_from_cam auth, enc_from_cam enc, char* key);
 
-/// Joins a network as a station. On Realtek this writes /tmp/wpa_supplicant.conf and restarts
-/// wpa_supplicant; BSSID, channel and key index are then not used.
-/// @param channel 0 automatic, 1 to 14 2.4 GHz, 15 and above 5 GHz.
-/// @param key_index WEP key number.
+/// Joins a network: "wlan0" or "apclii0", or "wlan0" under wpa_supplicant by way of
+/// /tmp/wpa_supplicant.conf. On MediaTek with channel 0, a failure on the second band prints its
+/// message and still returns 0.
 LIBWLAN_API int run_infra_mode(char* ssid, char* bssid, auth_from_cam auth, enc_from_cam enc,
                                char* key, int channel, unsigned char key_index);
 
-/// Access point and station at once. On Realtek BSSID and channel are not used.
+/// Access point, then station; without the access point the station is not started. On MediaTek
+/// the driver chooses the access point's channel, and the station uses WEP key number 1.
 LIBWLAN_API int run_repeater_mode(char* ap_ssid, auth_from_cam ap_auth, enc_from_cam ap_enc,
                                   char* ap_key, char* client_ssid, char* client_bssid,
                                   auth_from_cam client_auth, enc_from_cam client_enc,
                                   char* client_key, int channel);
 
-/// Station mode with the stored client settings.
+/// @}
+/// @name Settings from the store
+/// Read through store.h before the radio is touched. MediaTek stations also take from it whether to
+/// join by name alone. run_ap_mode_base_db() stands in access_point.h.
+/// @{
+
+/// Joins the network of the client settings (cam_get_client()).
 LIBWLAN_API int run_infra_mode_base_db();
 
-/// Repeater mode with the stored access-point and client settings.
+/// Access point and station from one record (cam_get_ap()).
 LIBWLAN_API int run_repeater_mode_base_db();
 
-// --- The same requests on a given family
+/// @}
+/// @name The same on a given family
+/// The adapter is not looked for. Arguments and results as above.
+/// @{
 
 /// Access point on a MediaTek adapter.
 LIBWLAN_API int do_ap_mode_mtk(char* ssid, auth_from_cam auth, enc_from_cam enc, char* key);
@@ -86,4 +110,6 @@ LIBWLAN_API int do_infra_mode_base_db_realtek();
 
 /// Stored access point and station on a Realtek adapter.
 LIBWLAN_API int do_repeater_mode_base_db_realtek();
+
+/// @}
 }

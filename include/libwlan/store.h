@@ -1,10 +1,15 @@
-#pragma once
-
+// SPDX-License-Identifier: MIT
 /// @file
 /// The camera's configuration store as libwlan sees it. The records and functions belong to the
 /// store's library, which the camera's firmware links; libwlan only imports them. The records cross
 /// by address, so their layout is the store's and is checked byte for byte below. Bytes named
 /// `own_…` are the store's and are never read or written by libwlan.
+///
+/// libwlan zeroes a record before the store fills it, and ends SSIDs, BSSIDs and keys at the last
+/// byte of their field when the store did not. A store may throw: the exception reaches the caller
+/// of the request.
+
+#pragma once
 
 #include <cstddef>
 #include <cstdint>
@@ -23,9 +28,10 @@ struct _wireless_setting {
     unsigned char own_6[2];               ///< the store's
     std::int32_t client_channel;          ///< 0 automatic, 1 to 14 2.4 GHz, 15 and above 5 GHz
     char client_ssid[64];                 ///< NUL-terminated
-    char client_bssid[32];                ///< NUL-terminated, six hexadecimal octets with colons
+    char client_bssid[32];                ///< NUL-terminated, six hexadecimal octets with colons,
+                                          ///< of which 30 characters are sent
     char client_key[256];                 ///< NUL-terminated WEP key or WPA passphrase
-    unsigned char client_key_index;       ///< WEP default key number
+    unsigned char client_key_index;       ///< WEP default key number, 1 to 4 for the driver
     unsigned char own_365[2];             ///< the store's
     char ap_ssid[64];                     ///< NUL-terminated
     char ap_key[256];                     ///< NUL-terminated
@@ -34,23 +40,23 @@ struct _wireless_setting {
     unsigned char own_689[7];             ///< the store's
 };
 
-static_assert(offsetof(_wireless_setting, client_enabled) == 0);
-static_assert(offsetof(_wireless_setting, client_auth) == 2);
-static_assert(offsetof(_wireless_setting, client_enc) == 4);
-static_assert(offsetof(_wireless_setting, client_apcli_mode) == 5);
-static_assert(offsetof(_wireless_setting, client_channel) == 8);
-static_assert(offsetof(_wireless_setting, client_ssid) == 12);
-static_assert(offsetof(_wireless_setting, client_bssid) == 76);
-static_assert(offsetof(_wireless_setting, client_key) == 108);
-static_assert(offsetof(_wireless_setting, client_key_index) == 364);
-static_assert(offsetof(_wireless_setting, ap_ssid) == 367);
-static_assert(offsetof(_wireless_setting, ap_key) == 431);
-static_assert(offsetof(_wireless_setting, ap_auth) == 687);
-static_assert(offsetof(_wireless_setting, ap_enc) == 688);
-static_assert(sizeof(_wireless_setting) == 696);
+static_assert(offsetof(_wireless_setting, client_enabled) == 0, "the store's layout");
+static_assert(offsetof(_wireless_setting, client_auth) == 2, "the store's layout");
+static_assert(offsetof(_wireless_setting, client_enc) == 4, "the store's layout");
+static_assert(offsetof(_wireless_setting, client_apcli_mode) == 5, "the store's layout");
+static_assert(offsetof(_wireless_setting, client_channel) == 8, "the store's layout");
+static_assert(offsetof(_wireless_setting, client_ssid) == 12, "the store's layout");
+static_assert(offsetof(_wireless_setting, client_bssid) == 76, "the store's layout");
+static_assert(offsetof(_wireless_setting, client_key) == 108, "the store's layout");
+static_assert(offsetof(_wireless_setting, client_key_index) == 364, "the store's layout");
+static_assert(offsetof(_wireless_setting, ap_ssid) == 367, "the store's layout");
+static_assert(offsetof(_wireless_setting, ap_key) == 431, "the store's layout");
+static_assert(offsetof(_wireless_setting, ap_auth) == 687, "the store's layout");
+static_assert(offsetof(_wireless_setting, ap_enc) == 688, "the store's layout");
+static_assert(sizeof(_wireless_setting) == 696, "the store's layout");
 
 /// Addresses for the DHCP server behind the access point, each a NUL-terminated dotted IPv4
-/// address.
+/// address. `server_address` is put into a shell's command line as it is.
 struct _dhcp_server_setting {
     char server_address[32]; ///< the access-point interface's own address, router and DNS server
     char pool_start[32];     ///< first address given out
@@ -58,26 +64,26 @@ struct _dhcp_server_setting {
     char subnet_mask[32];    ///< of the access point's network
 };
 
-static_assert(offsetof(_dhcp_server_setting, server_address) == 0);
-static_assert(offsetof(_dhcp_server_setting, pool_start) == 32);
-static_assert(offsetof(_dhcp_server_setting, pool_end) == 64);
-static_assert(offsetof(_dhcp_server_setting, subnet_mask) == 96);
-static_assert(sizeof(_dhcp_server_setting) == 128);
+static_assert(offsetof(_dhcp_server_setting, server_address) == 0, "the store's layout");
+static_assert(offsetof(_dhcp_server_setting, pool_start) == 32, "the store's layout");
+static_assert(offsetof(_dhcp_server_setting, pool_end) == 64, "the store's layout");
+static_assert(offsetof(_dhcp_server_setting, subnet_mask) == 96, "the store's layout");
+static_assert(sizeof(_dhcp_server_setting) == 128, "the store's layout");
 
-/// The camera's identity. The store decides how long the record is; the room after the manufacturer
-/// is more than any store is known to fill.
+/// The camera's identity. The store decides how long the record is; libwlan gives it room for these
+/// 1024 bytes.
 struct _system_setting {
     unsigned char own_0[64]; ///< the store's
     char model_name[160];    ///< NUL-terminated
     char manufacturer[800];  ///< NUL-terminated; the store's own bytes follow the text
 };
 
-static_assert(offsetof(_system_setting, model_name) == 64);
-static_assert(offsetof(_system_setting, manufacturer) == 224);
-static_assert(sizeof(_system_setting) == 1024);
+static_assert(offsetof(_system_setting, model_name) == 64, "the store's layout");
+static_assert(offsetof(_system_setting, manufacturer) == 224, "the store's layout");
+static_assert(sizeof(_system_setting) == 1024, "the store's layout");
 
-/// Follow-up actions for cam_set_client(); all bytes zero asks for none. As long as the store
-/// decides.
+/// Follow-up actions for cam_set_client(); all bytes zero asks for none. The store decides how long
+/// the record is; libwlan gives it room for these 256 bytes.
 struct _cam_actions {
     unsigned char own_0[256]; ///< the store's
 };
@@ -92,7 +98,8 @@ LIBWLAN_API int cam_get_ap(_wireless_setting* setting);
 /// @return 0, or non-zero on failure (the record is then not used).
 LIBWLAN_API int cam_get_client(_wireless_setting* setting);
 
-/// Stores the client block of the record and runs the given actions.
+/// Stores the client block of the record and runs the given actions. libwlan passes a record that
+/// cam_get_client() filled, no actions, and 0 for both flags.
 /// @return 0, or non-zero on failure (nothing is then stored).
 LIBWLAN_API int cam_set_client(_wireless_setting* setting, _cam_actions* actions,
                                unsigned char first_flag, unsigned char second_flag);
@@ -113,6 +120,7 @@ public:
     virtual ~PIB();
 
     /// Loads the product information.
+    /// @return what the store says; libwlan does not look at it.
     int init();
 
     /// @return the 2.4 GHz country region code.

@@ -1,0 +1,88 @@
+# Which parts are built. Each is ON, OFF or AUTO. AUTO, the default at the top level, leaves a part out when a package
+# is missing for it and says so in one line; ON makes that an error. One run names everything that is missing.
+
+set(top_level FALSE) # PROJECT_IS_TOP_LEVEL needs CMake 3.21
+if(CMAKE_SOURCE_DIR STREQUAL PROJECT_SOURCE_DIR)
+    set(top_level TRUE)
+endif()
+
+set(missing_parts "") # those that cannot be left out
+macro(report_missing_part what why)
+    string(APPEND missing_parts " ${what}: ${why}\n") # CMake wraps lines that begin without a blank
+endmacro()
+
+# part(VARIABLE WHAT DEBIAN_PACKAGE...)
+macro(part variable what)
+    if(NOT DEFINED ${variable})
+        set(${variable} AUTO CACHE STRING "Build ${what}: ON, OFF, or AUTO for where its packages are found")
+    endif()
+    set(missing "")
+    foreach(package ${ARGN})
+        if(NOT found_${package})
+            list(APPEND missing ${package})
+        endif()
+    endforeach()
+    if(${variable} AND missing)
+        list(LENGTH missing count)
+        list(JOIN missing " " missing)
+        set(why "${missing} is missing; install it or configure with -D${variable}=OFF")
+        if(count GREATER 1)
+            set(why "${missing} are missing; install them or configure with -D${variable}=OFF")
+        endif()
+        if(${variable} STREQUAL "AUTO")
+            message(STATUS "Without ${what}: ${why}")
+            set(${variable} OFF)
+        else()
+            report_missing_part("${what}" "${why}")
+        endif()
+    endif()
+endmacro()
+
+if(NOT top_level)
+    # BUILD_TESTING is the including project's word on its own tests.
+    set(BUILD_TESTING OFF)
+    foreach(variable LIBWLAN_SIM LIBWLAN_TOOLS LIBWLAN_EXAMPLES)
+        if(NOT DEFINED ${variable})
+            set(${variable} OFF)
+        endif()
+    endforeach()
+endif()
+
+find_package(CLI11 QUIET)
+set(found_libcli11-dev ${CLI11_FOUND})
+find_package(nlohmann_json QUIET)
+set(found_nlohmann-json3-dev ${nlohmann_json_FOUND})
+find_package(GTest QUIET)
+set(found_libgtest-dev ${GTest_FOUND})
+if(LIBWLAN_BENCH)
+    find_package(benchmark QUIET)
+    set(found_libbenchmark-dev ${benchmark_FOUND})
+    find_library(IW iw)
+    set(found_libiw-dev ${IW})
+endif()
+
+part(LIBWLAN_TOOLS "wlanctl" libcli11-dev)
+part(LIBWLAN_SIM "the virtual camera" libcli11-dev nlohmann-json3-dev)
+part(LIBWLAN_EXAMPLES "the examples" nlohmann-json3-dev)
+part(LIBWLAN_FUZZ "the fuzz targets" libcli11-dev nlohmann-json3-dev)
+part(LIBWLAN_BENCH "the benchmarks" libbenchmark-dev libiw-dev libcli11-dev nlohmann-json3-dev)
+part(BUILD_TESTING "the tests" libgtest-dev libcli11-dev nlohmann-json3-dev)
+if(BUILD_TESTING AND NOT LIBWLAN_SIM)
+    message(STATUS "Without the tests: they run on the virtual camera, which is not built")
+    set(BUILD_TESTING OFF)
+endif()
+
+# The store is no part that can be left out, but the firmware may have one.
+if(NOT LIBWLAN_STORE)
+    find_path(INIH_INCLUDE_DIR ini.h)
+    find_library(INIH_LIBRARY inih)
+    mark_as_advanced(INIH_INCLUDE_DIR INIH_LIBRARY)
+    if(NOT INIH_INCLUDE_DIR OR NOT INIH_LIBRARY)
+        report_missing_part("the store"
+            "libinih-dev is missing; install it or name the firmware's own store with -DLIBWLAN_STORE=LIBRARY")
+    endif()
+endif()
+
+if(missing_parts)
+    message(FATAL_ERROR "${missing_parts}")
+endif()
