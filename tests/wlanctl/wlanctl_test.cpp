@@ -119,7 +119,7 @@ testing::AssertionResult has(const std::string& text, const std::string& part) {
 const std::regex changes("system|set|kill|conf"); // in a journal
 
 TEST_F(wlanctl, says_why_it_cannot_and_changes_nothing) {
-    const scene scan_refused = scene("realtek").fault("ioctl", "EBUSY").match("SIOCSIWSCAN");
+    const scene scan_refused = scene("realtek").fault("ioctl", "EBUSY").match("SIOCSIWSCAN").times(0);
     const struct {
         scene camera;
         const char* arguments;
@@ -157,7 +157,7 @@ TEST_F(wlanctl, says_why_it_cannot_and_changes_nothing) {
         {realtek, "wps", "Realtek"},
         {realtek, "bbp wlan0 66 1 1", "Realtek"},
         {realtek, "ap start --stored",
-         "camera.conf: access_point.ssid: is missing\nwlanctl: access point from the stored settings: not set up\n", 1},
+         "camera.conf: access_point.ssid: is missing\nwlanctl: access point from the stored settings: the stored", 1},
         {scan_refused, "survey", "SIOCSIWSCAN: Device or resource busy\nwlanctl: survey", 1},
         {mediatek, "bbp wlan0 fff 1 0xffffffff", "wlanctl: register fff of wlan0: not changed", 1},
     };
@@ -188,8 +188,8 @@ TEST_F(wlanctl, without_an_adapter_says_what_to_do) {
 TEST_F(wlanctl, joins_with_the_key_from_its_input) {
     plug_in(mediatek);
     EXPECT_EQ(told("join Office --key-file - --channel 6", "office-key\r\n"),
-              "done  station for \"Office\" (wpa2psk, aes): configured\n"
-              "next  see how it is doing with: wlanctl status\n");
+              "done       joined \"Office\"\nssid       Office\nbssid      02:00:5e:00:00:01\nchannel    6\n"
+              "signal     -\ninterface  wlan0\naddress    -\nseconds    0\n");
     EXPECT_TRUE(has(journal(), "ApCliWPAPSK=office-key  -> ok"));
 }
 
@@ -231,9 +231,9 @@ TEST_F(wlanctl, start_that_brings_no_daemon_up_fails) {
          "Could not select hw_mode and channel. (-3)\nwlan1: Unable to setup interface.\n"
          "wlanctl: access point \"Camera\" (wpa2psk, aes): hostapd does not run"},
         {"no such program", realtek.missing_program("wpa_supplicant"), "join Office --key office-key",
-         "wpa_supplicant: not found\nwlanctl: station for \"Office\" (wpa2psk, aes): wpa_supplicant does not run"},
-        {"no such driver", realtek.key("hostapd", "stock"), "repeat --ssid Office --ap-ssid Camera",
-         "repeater \"Camera\" (open, none) for \"Office\" (open, none): hostapd does not run"},
+         "wlanctl: station for \"Office\" (wpa2psk, aes): the camera has no program wpa_supplicant"},
+        {"no such driver", realtek.key("hostapd", "stock"), "repeat --ssid Office --key office-key --ap-ssid Camera",
+         "repeater \"Camera\" (open, none) for \"Office\" (wpa2psk, aes): hostapd does not run"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
@@ -330,7 +330,8 @@ TEST_F(wlanctl, last_table_is_read_without_a_scan) {
 }
 
 TEST_F(wlanctl, typed_key_is_hidden_until_ctrl_c) {
-    const terminal terminal(WLANCTL " join Office --auth wpa2psk");
+    plug_in(mediatek);
+    const terminal terminal(command("join Office --auth wpa2psk"));
     EXPECT_TRUE(has(terminal.show(": "), "Key for "));
     EXPECT_FALSE(terminal.shows_typing());
     EXPECT_EQ(terminal.press_ctrl_c(), SIGINT); // which ended it
@@ -353,8 +354,9 @@ const std::string obtained = "# kept\n[client] ; note\nssid = home ; too\nkey = 
 TEST_F(wlanctl, button_stores_its_network_alone) {
     plug_in(at_home);
     write("/camera.conf", settings);
-    EXPECT_EQ(told("wps"), "done     network obtained and stored\nssid     home\nauth     wpa2psk\nenc      aes\n"
-                           "channel  6\nnext     see how it is doing with: wlanctl status\n");
+    EXPECT_EQ(told("wps --verbose"),
+              "done     network obtained and stored\nssid     home\nauth     wpa2psk\nenc      aes\n"
+              "channel  6\nnext     see how it is doing with: wlanctl status\n");
     EXPECT_TRUE(has(err, "M8_RECEIVED]\nwlan0: WSC status:[STATUS_WSC_EAP_RSP_DONE_SENT]\n"));
     EXPECT_FALSE(has(out, "home-key"));
     EXPECT_FALSE(has(err, "home-key"));
@@ -369,6 +371,7 @@ TEST_F(wlanctl, failed_button_says_why_stores_nothing) {
         const char* arguments;
         const char* err;
         bool stopped = true;
+        std::string in_the_way = {}; // of the store's writer
     } rows[] = {
         {nobody, "wps", "[STATUS_WSC_PBC_NO_AP]\nwlanctl: push-button session: no network obtained in 120 s"},
         {at_home.air(router), "wps", "[STATUS_WSC_PBC_SESSION_OVERLAP]\nwlanctl: "},
@@ -377,13 +380,15 @@ TEST_F(wlanctl, failed_button_says_why_stores_nothing) {
         {at_home.fault("ioctl", "EIO").match("WscMode"), "wps",
          "set wsc failed\nwlanctl: push-button session: not started"},
         {at_home.key("answers", {{"profile", {"SSID=home"}}}), "wps", "makes no sense (-22)", false},
-        {at_home, "wps", "set client failed\nwlanctl: network obtained, but not stored: the store failed (-13)", false},
+        {at_home, "wps", "cannot create: File exists\nwlanctl: push-button session: the stored", false,
+         "camera.conf.new/in the way"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.err);
         plug_in(row.camera);
         write("/camera.conf", settings);
-        fs::create_directories("camera.conf.new/in the way"); // no write succeeds
+        if (!row.in_the_way.empty())
+            fs::create_directories(row.in_the_way);
         EXPECT_EQ(run(row.arguments), 1);
         EXPECT_EQ(out, "");
         EXPECT_TRUE(has(err, row.err));
@@ -394,11 +399,11 @@ TEST_F(wlanctl, failed_button_says_why_stores_nothing) {
 
 TEST_F(wlanctl, ctrl_c_stops_the_button_s_session) {
     plug_in(at_home.key("wps", "stalls"));
+    write("/camera.conf", settings);
     const terminal terminal(command("wps", "1"));
-    EXPECT_TRUE(
-        has(terminal.show("\033[A\033[Kwlan0: WSC status:[STATUS_WSC_SCAN_AP]"), "Press the router's WPS button"));
+    EXPECT_TRUE(has(terminal.show("STATUS_WSC_SCAN_AP"), "Press the router's WPS button"));
     EXPECT_EQ(WEXITSTATUS(terminal.press_ctrl_c()), 1);
-    EXPECT_TRUE(has(terminal.show("--stored"), "ended by a signal"));
+    EXPECT_TRUE(has(terminal.show("--stored"), "cancelled, and stopped"));
     EXPECT_TRUE(has(journal(), "WscStop=1  -> ok"));
 }
 

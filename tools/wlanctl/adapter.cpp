@@ -8,7 +8,7 @@
 #include "libwlan/link_status.h"
 #include "libwlan/modes.h"
 
-#include "answer.h"
+#include "reasons.h"
 
 namespace {
 
@@ -35,10 +35,8 @@ adapter find_adapter() {
     }
     if (usable)
         return found;
-    if (found.mediatek) {
-        throw failure("the MediaTek adapter is plugged in, but has none of its interfaces",
-                      "load its driver, then look again with: wlanctl adapter");
-    }
-    throw failure("no Wi-Fi adapter: no USB vendor 148f, and neither wlan0 nor wlan1",
-                  "plug the adapter in and load its driver, then look again with: wlanctl adapter");
+    throw because({reason::no_adapter, true,
+                   found.mediatek ? "it is plugged in, but its driver has made no interface"
+                                  : "no USB vendor 148f, and neither wlan0 nor wlan1"},
+                  found.mediatek ? "MediaTek adapter" : "no Wi-Fi adapter");
 }

@@ -47,6 +47,11 @@ const figure* find_figure(const std::string& name) {
     return found == std::end(figures) ? nullptr : found;
 }
 
+/// The name without the unit.
+std::string stem(const std::string& name) {
+    return name.substr(0, name.rfind('_'));
+}
+
 std::string bar(const figure& figure, int value) {
     constexpr int length = 5;
     const int marks = (std::clamp(value, figure.least, figure.most) - figure.least) * length /
@@ -84,8 +89,15 @@ std::string aligned(const std::vector<row>& rows, const std::string& indent = ""
 std::vector<row> field_rows(const answer& object) {
     std::vector<row> rows;
     for (const auto& [name, value] : object.fields()) {
-        if (value.is_plain())
+        if (!value.is_plain())
+            continue;
+        const figure* figure = find_figure(name);
+        if (figure == nullptr) {
             rows.push_back({label(name), value.cell()});
+        } else {
+            rows.push_back(
+                {label(stem(name)), value.cell() + (value.is_null() ? "" : figure->unit)});
+        }
     }
     return rows;
 }
@@ -98,7 +110,7 @@ std::vector<row> table_rows(const answer& list) {
         for (const auto& [key, value] : entry.fields()) {
             const std::string name = key;
             const figure* figure = find_figure(name);
-            names.push_back(label(figure == nullptr ? name : name.substr(0, name.rfind('_'))));
+            names.push_back(label(figure == nullptr ? name : stem(name)));
             cells.push_back(figure == nullptr ? value.cell() : bar(*figure, value.number()));
         }
         if (rows.empty())
@@ -150,6 +162,11 @@ void answer::set(const char* name, answer value) {
     fields_.push_back({name, std::move(value)});
 }
 
+void answer::remove(const char* name) {
+    const auto has_name = [name](const field& each) { return std::strcmp(each.name, name) == 0; };
+    fields_.erase(std::remove_if(fields_.begin(), fields_.end(), has_name), fields_.end());
+}
+
 const answer& answer::at(const char* name) const {
     static const answer none;
     for (const field& present : fields_) {
@@ -172,7 +189,7 @@ std::string answer::cell() const {
     }
 }
 
-std::string answer::json(const std::string& indent) const {
+std::string answer::plain_json() const {
     switch (kind_) {
     case kind::nothing:
         return "null";
@@ -180,11 +197,14 @@ std::string answer::json(const std::string& indent) const {
         return number_ != 0 ? "true" : "false";
     case kind::number:
         return std::to_string(number_);
-    case kind::text:
-        return quoted(text_);
     default:
-        break;
+        return quoted(text_);
     }
+}
+
+std::string answer::json(const std::string& indent) const {
+    if (is_plain())
+        return plain_json();
     const std::string inner = indent + "  ";
     std::string lines;
     for (const auto& [name, value] : fields_) {
@@ -194,6 +214,18 @@ std::string answer::json(const std::string& indent) const {
     }
     lines += lines.empty() ? "" : "\n" + indent;
     return kind_ == kind::object ? "{" + lines + "}" : "[" + lines + "]";
+}
+
+std::string answer::json_line() const {
+    if (is_plain())
+        return plain_json();
+    std::string line;
+    for (const auto& [name, value] : fields_) {
+        line += line.empty() ? "" : ", ";
+        line += kind_ == kind::object ? quoted(name) + ": " : "";
+        line += value.json_line();
+    }
+    return kind_ == kind::object ? "{" + line + "}" : "[" + line + "]";
 }
 
 void answer::escape_texts() {

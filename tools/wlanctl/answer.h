@@ -41,6 +41,9 @@ public:
     /// Adds the field, or takes the place of the one that has this name. The name is not copied.
     void set(const char* name, answer value);
 
+    /// Takes the field out, if there is one.
+    void remove(const char* name);
+
     /// @return the field's value; null when there is none of this name.
     const answer& at(const char* name) const;
 
@@ -50,11 +53,16 @@ public:
     /// @param indent of its lines but the first.
     std::string json(const std::string& indent = "") const;
 
+    /// @return the same on one line.
+    std::string json_line() const;
+
     /// Makes every text in it safe to print.
     void escape_texts();
 
 private:
     enum class kind { nothing, truth, number, text, list, object };
+
+    std::string plain_json() const;
 
     kind kind_ = kind::nothing;
     int number_ = 0;
@@ -73,8 +81,10 @@ struct failure : std::runtime_error {
             answer what_was_found = answer::object())
         : std::runtime_error(tried), next(std::move(what_next)), found(std::move(what_was_found)) {}
 
-    std::string next; ///< what the reader can do about it
-    answer found;     ///< fields that can be told all the same
+    std::string next;              ///< what the reader can do about it
+    answer found;                  ///< fields that can be told all the same
+    std::string reason = "failed"; ///< the word for programs
+    bool certain = true;           ///< whether the reason is more than likely
 };
 
 /// Lays an answer out for people: plain fields first, one a line; then every object under its name

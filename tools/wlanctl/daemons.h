@@ -23,6 +23,14 @@ inline bool belongs(const daemon_process& daemon, bool mediatek) {
 }
 
 /// Waits until the adapter's daemons among these have written their pid files: they do so a moment
-/// after their start has returned, and before it no stop would find them. Three seconds at most.
+/// after their start has returned, and before it no stop would find them. Three seconds at most,
+/// less when the command is asked to end.
 /// @return the name of one that does not run; empty when all do.
 std::string missing_daemon(const std::vector<daemon_process>& started, bool mediatek);
+
+/// @return whether the process of its pid file lives.
+bool is_running(const daemon_process& daemon);
+
+/// Ends a daemon within a second, and takes its pid file away. One that was started a moment ago
+/// and has not written its pid file yet is waited for.
+void stop_daemon(const daemon_process& daemon);

@@ -16,6 +16,7 @@
 
 #include "answer.h"
 #include "base/unique_fd.h"
+#include "diagnostics.h"
 #include "escape.h"
 
 namespace {
@@ -99,9 +100,10 @@ void prompt_for_key(const std::string& purpose, std::string& key) {
     int error = 0;
     {
         const hidden_typing hidden;
-        std::fprintf(stderr, "Key for %s: ", escape(purpose).c_str());
+        std::fprintf(diagnostics::messages(), "Key for %s: ", escape(purpose).c_str());
+        std::fflush(diagnostics::messages());
         error = read_key(STDIN_FILENO, key);
     }
-    std::fputs("\n", stderr);
+    std::fputs("\n", diagnostics::messages());
     take_line(error, "the terminal", key);
 }

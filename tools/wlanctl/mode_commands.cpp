@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// wlanctl join, repeat and ap.
+// wlanctl join, repeat, disconnect and ap.
 
 #include <algorithm>
 #include <cctype>
@@ -10,24 +10,28 @@
 #include <string>
 #include <vector>
 
-#include <sys/stat.h>
-
 #include <CLI/CLI.hpp>
 
 #include "libwlan/access_point.h"
 #include "libwlan/modes.h"
 
 #include "adapter.h"
+#include "cancelling.h"
 #include "commands.h"
-#include "daemons.h"
+#include "hearing.h"
+#include "mode_request.h"
 #include "network_options.h"
+#include "progress.h"
+#include "request_lock.h"
 #include "security.h"
+#include "stored_network.h"
 
 namespace {
 
 constexpr char any_bssid[] = "00:00:00:00:00:00";
 
 struct mode_options {
+    request_options request;
     bool stored = false;
     network_options access_point;
     network_options network; ///< to join
@@ -84,12 +88,15 @@ void check_access_point(const adapter& found, const network_options& network) {
 
 void check_station(const adapter& found, const mode_options& options) {
     check_cipher(found, options.network);
-    if (found.mediatek)
-        return;
-    if (options.network.auth == AUTH_MIXED_PSK) {
+    if (!found.mediatek && options.network.auth == AUTH_MIXED_PSK) {
         throw CLI::ValidationError("a Realtek adapter does not join as mixed",
                                    "use wpa2psk, or wpapsk for an old access point");
     }
+}
+
+void check_station_options(const adapter& found, const mode_options& options) {
+    if (found.mediatek)
+        return;
     if (options.bssid != any_bssid || options.channel != 0 || options.key_index != 1) {
         throw CLI::ValidationError("a Realtek adapter's daemon chooses the access point by itself",
                                    "leave out --bssid, --channel and --key-index");
@@ -99,25 +106,6 @@ void check_station(const adapter& found, const mode_options& options) {
 // The modes
 // ----------------------------------------------------------------------------------------------
 
-/// @param mode returns 0 for success; what it configures is named by `what`.
-/// @param daemons that it starts.
-template <typename Mode>
-answer run_mode(const std::string& what, const std::vector<daemon_process>& daemons, bool mediatek,
-                Mode mode) {
-    umask(S_IRWXG | S_IRWXO); // the daemons' files hold the key
-    if (mode() != 0) {
-        throw failure(
-            what + ": not set up",
-            "the message of the store, driver or daemon stands above; see also: wlanctl adapter");
-    }
-    const std::string missing = missing_daemon(daemons, mediatek);
-    if (!missing.empty()) {
-        throw failure(what + ": " + missing + " does not run",
-                      "what it said stands above; see also: wlanctl doctor");
-    }
-    return {{"done", what + ": configured"}, {"next", "see how it is doing with: wlanctl status"}};
-}
-
 /// The network and how it is protected, so that nobody opens one without seeing it.
 std::string told(const network_options& network) {
     return '"' + network.ssid + "\" (" + word_of(network.auth) + ", " + word_of(network.enc) + ")";
@@ -125,48 +113,117 @@ std::string told(const network_options& network) {
 
 answer start_access_point(mode_options& options) {
     network_options& network = options.access_point;
+    settle_name(network);
+    settle_key(network);
     settle(network);
+    take_ending_signals();
+    const request_lock lock("ap start", options.request.lock_wait);
     const adapter found = find_adapter();
     check_access_point(found, network);
-    return run_mode("access point " + told(network), {hostapd_daemon}, found.mediatek, [&network] {
-        return run_ap_mode(network.ssid.data(), network.auth, network.enc, network.key.data());
-    });
+    mode_request request = {"ap start",
+                            "access point " + told(network),
+                            [&network] {
+                                return run_ap_mode(network.ssid.data(), network.auth, network.enc,
+                                                   network.key.data());
+                            },
+                            {hostapd_daemon}};
+    request.opens = true;
+    request.access_point = network.ssid;
+    return carry_out(request, found, options.request);
 }
 
-answer stop_access_point() {
-    find_adapter();
-    run_stop_ap_mode();
-    return {{"done", "access point: stopped"}};
+answer stop_access_point(const request_options& options) {
+    take_ending_signals();
+    const request_lock lock("ap stop", options.lock_wait);
+    stop_access_point(find_adapter());
+    return {{"outcome", "stopped"}, {"done", "access point: stopped"}};
+}
+
+answer disconnect(const request_options& options) {
+    take_ending_signals();
+    const request_lock lock("disconnect", options.lock_wait);
+    stop_station(find_adapter());
+    return {{"outcome", "disconnected"}, {"done", "station: stopped"}};
+}
+
+/// Takes what the air tells of the network to join: how it is protected, and its channel. The key
+/// is asked for when it needs one.
+target look_up(mode_options& options) {
+    network_options& network = options.network;
+    settle_name(network);
+    settle_key(network);
+    check_station_options(find_adapter(), options);
+    target target = {network.ssid, false, false};
+    if (says_no_security(network)) {
+        take_ending_signals();
+        const request_lock lock("join", options.request.lock_wait);
+        const heard_network heard = hear(network.ssid);
+        target.was_heard = heard.heard;
+        if (!heard.heard && !network.has_key)
+            throw because({reason::not_heard, heard.certain},
+                          "station for \"" + network.ssid + '"');
+        network.auth_word = heard.auth;
+        network.enc_word = heard.enc;
+        if (heard.mediatek && options.channel == 0)
+            options.channel = heard.channel;
+    }
+    settle(network);
+    target.is_protected = network.enc != ENC_NONE;
+    if (!target.is_protected && is_stored_as_protected(network.ssid)) {
+        tell_warning("the network \"" + network.ssid +
+                     "\" is open, but stored as a protected one: "
+                     "it may be somebody else's");
+    }
+    return target;
 }
 
 answer join(mode_options& options) {
     network_options& network = options.network;
-    settle(network);
+    const target target = look_up(options);
+    take_ending_signals();
+    const request_lock lock("join", options.request.lock_wait);
     const adapter found = find_adapter();
     check_station(found, options);
-    return run_mode(
-        "station for " + told(network), {supplicant_daemon}, found.mediatek, [&options, &network] {
-            return run_infra_mode(network.ssid.data(), options.bssid.data(), network.auth,
-                                  network.enc, network.key.data(), options.channel,
-                                  static_cast<unsigned char>(options.key_index));
-        });
+    mode_request request = {"join",
+                            "station for " + told(network),
+                            [&options, &network] {
+                                return run_infra_mode(
+                                    network.ssid.data(), options.bssid.data(), network.auth,
+                                    network.enc, network.key.data(), options.channel,
+                                    static_cast<unsigned char>(options.key_index));
+                            },
+                            {supplicant_daemon}};
+    request.joins = true;
+    request.network = target;
+    return carry_out(request, found, options.request);
 }
 
 answer repeat(mode_options& options) {
     network_options& own = options.access_point;
     network_options& other = options.network;
+    settle_name(own);
+    settle_key(own);
     settle(own);
-    settle(other);
+    const target target = look_up(options);
+    take_ending_signals();
+    const request_lock lock("repeat", options.request.lock_wait);
     const adapter found = find_adapter();
     check_access_point(found, own);
     check_station(found, options);
-    return run_mode("repeater " + told(own) + " for " + told(other),
-                    {hostapd_daemon, supplicant_daemon}, found.mediatek, [&] {
-                        return run_repeater_mode(own.ssid.data(), own.auth, own.enc, own.key.data(),
-                                                 other.ssid.data(), options.bssid.data(),
-                                                 other.auth, other.enc, other.key.data(),
-                                                 options.channel);
-                    });
+    mode_request request = {"repeat",
+                            "repeater " + told(own) + " for " + told(other),
+                            [&] {
+                                return run_repeater_mode(
+                                    own.ssid.data(), own.auth, own.enc, own.key.data(),
+                                    other.ssid.data(), options.bssid.data(), other.auth, other.enc,
+                                    other.key.data(), options.channel);
+                            },
+                            {hostapd_daemon, supplicant_daemon}};
+    request.joins = true;
+    request.network = target;
+    request.opens = true;
+    request.access_point = own.ssid;
+    return carry_out(request, found, options.request);
 }
 
 // Their options
@@ -182,30 +239,38 @@ void add_station_options(CLI::App& command, mode_options& options, const std::st
 
 /// What a command does, with --stored and without.
 struct mode {
-    const char* name;
-    std::vector<daemon_process> daemons; ///< with --stored
-    int (*run_stored)();
+    mode_request (*stored)();
     answer (*run)(mode_options&);
 };
 
-answer run_stored(const mode& mode, const std::vector<CLI::Option*>& others) {
+answer run_stored(const mode& mode, const mode_options& options,
+                  const std::vector<CLI::Option*>& others) {
     for (const CLI::Option* other : others) {
         if (other->count() > 0)
             throw CLI::ExcludesError("--stored", other->get_name());
     }
+    take_ending_signals();
+    const request_lock lock("stored settings", options.request.lock_wait);
     const adapter found = find_adapter();
-    return run_mode(std::string(mode.name) + " from the stored settings", mode.daemons,
-                    found.mediatek, mode.run_stored);
+    return carry_out(mode.stored(), found, options.request);
 }
 
-/// Adds --stored, which stands for all other options, and what is to be done.
+/// Adds --stored, which stands for the options that describe networks, those of the request, and
+/// what is to be done.
 void finish(CLI::App& command, const std::shared_ptr<mode_options>& options, const mode& mode,
             answer& result) {
     const auto others = command.get_options();
     command.add_flag("--stored", options->stored, "Use the camera's stored settings");
+    add_request_options(command, options->request);
     command.callback([others, options, mode, &result] {
-        result = options->stored ? run_stored(mode, others) : mode.run(*options);
+        result = options->stored ? run_stored(mode, *options, others) : mode.run(*options);
     });
+}
+
+void add_join_outcome_options(CLI::App& command, mode_options& options) {
+    command.add_flag("--address", options.request.address, "Wait for an IPv4 address, too");
+    command.add_flag("--or-ap", options.request.or_ap,
+                     "Start the stored access point when the network is not joined");
 }
 
 void add_access_point(CLI::App& wlanctl, answer& result) {
@@ -214,12 +279,21 @@ void add_access_point(CLI::App& wlanctl, answer& result) {
     command.require_subcommand(1);
     auto& start = *command.add_subcommand("start", "Start the access point");
     add_network_options(start, options->access_point, "the camera's own network", "--ssid");
-    finish(start, options,
-           {"access point", {hostapd_daemon, dhcp_daemon}, run_ap_mode_base_db, start_access_point},
-           result);
-    command.add_subcommand("stop", "Stop the access point and its DHCP server")
-        ->callback([&result] { result = stop_access_point(); });
+    finish(start, options, {stored_access_point, start_access_point}, result);
+    auto& stop = *command.add_subcommand("stop", "Stop the access point and its DHCP server");
+    add_lock_option(stop, options->request);
+    stop.callback([options, &result] { result = stop_access_point(options->request); });
 }
+
+void add_disconnect(CLI::App& wlanctl, answer& result) {
+    const auto options = std::make_shared<request_options>();
+    auto& command = *wlanctl.add_subcommand("disconnect", "Leave the network that was joined");
+    add_lock_option(command, *options);
+    command.callback([options, &result] { result = disconnect(*options); });
+}
+
+constexpr char outcome_footer[] =
+    "With --json: outcome, done, and what wlanctl(8) names; else reason, certain, error, next.";
 
 void add_join(CLI::App& wlanctl, answer& result) {
     const auto options = std::make_shared<mode_options>();
@@ -227,8 +301,9 @@ void add_join(CLI::App& wlanctl, answer& result) {
     add_station_options(command, *options, "SSID");
     command.add_option("--key-index", options->key_index, "Number of the WEP key (MediaTek)")
         ->check(CLI::Range(1, 4, "1-4"));
-    finish(command, options, {"station", {supplicant_daemon}, run_infra_mode_base_db, join},
-           result);
+    finish(command, options, {stored_station, join}, result);
+    add_join_outcome_options(command, *options);
+    command.footer(outcome_footer);
 }
 
 void add_repeat(CLI::App& wlanctl, answer& result) {
@@ -237,9 +312,9 @@ void add_repeat(CLI::App& wlanctl, answer& result) {
     add_network_options(command, options->access_point, "the camera's own network", "--ap-ssid",
                         "--ap-");
     add_station_options(command, *options, "--ssid");
-    finish(command, options,
-           {"repeater", {hostapd_daemon, supplicant_daemon}, run_repeater_mode_base_db, repeat},
-           result);
+    finish(command, options, {stored_repeater, repeat}, result);
+    add_join_outcome_options(command, *options);
+    command.footer(outcome_footer);
 }
 
 } // namespace
@@ -247,5 +322,6 @@ void add_repeat(CLI::App& wlanctl, answer& result) {
 void add_mode_commands(CLI::App& wlanctl, answer& result) {
     add_access_point(wlanctl, result);
     add_join(wlanctl, result);
+    add_disconnect(wlanctl, result);
     add_repeat(wlanctl, result);
 }

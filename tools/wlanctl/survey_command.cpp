@@ -2,104 +2,26 @@
 // wlanctl survey.
 
 #include <algorithm>
-#include <cstdio>
-#include <cstring>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include <unistd.h>
-
 #include <CLI/CLI.hpp>
 
-#include "libwlan/survey.h"
-#include "libwlan/wlan.h"
-
 #include "adapter.h"
+#include "air.h"
+#include "cancelling.h"
 #include "commands.h"
+#include "mode_request.h"
+#include "request_lock.h"
 
 namespace {
 
 struct survey_options {
+    request_options request;
     bool no_trigger = false;
     std::string sort = "signal";
 };
-
-// What stands in a record
-// ----------------------------------------------------------------------------------------------
-
-template <std::size_t size>
-std::string text_of(const char (&field)[size]) {
-    return {field, strnlen(field, size)};
-}
-
-/// Only a version-1 table of the MediaTek driver tells dBm, and nothing but them.
-bool tells_dbm(const sites& site) {
-    return site.rssi < 0;
-}
-
-int strength(const sites& site) {
-    return tells_dbm(site) ? site.rssi : site.signal;
-}
-
-/// The library reckons the channels of a Realtek adapter from the frequency, in steps of 5 MHz from
-/// channel 1 on, wherever they really are.
-int channel_of(const sites& site, bool mediatek) {
-    constexpr int reckoned_14 = 15;
-    constexpr int reckoned_5ghz = 518; // for channel 0 of that band
-    if (mediatek || site.channel < reckoned_14)
-        return std::max(site.channel, 0);
-    return site.channel == reckoned_14 ? 14 : std::max(site.channel - reckoned_5ghz, 0);
-}
-
-answer describe(const sites& site, bool mediatek) {
-    const int channel = channel_of(site, mediatek);
-    const std::string cipher = text_of(site.encryption);
-    answer told = {{"name", text_of(site.ssid)},
-                   {"bssid", text_of(site.bssid)},
-                   {"channel", nullptr},
-                   {"band", nullptr},
-                   {"security", text_of(site.authentication)}};
-    if (channel > 0) {
-        told.set("channel", channel);
-        told.set("band", channel <= 14 ? "2.4 GHz" : "5 GHz");
-    }
-    if (cipher != "NONE")
-        told.set("security", text_of(site.authentication) + " " + cipher);
-    told.set(tells_dbm(site) ? "signal_dbm" : "signal_percent", strength(site));
-    return told;
-}
-
-// The survey
-// ----------------------------------------------------------------------------------------------
-
-/// A list that left out lines of the driver's table is as good as any: it cannot be told which.
-bool survey_mediatek(std::vector<sites>& list, bool trigger) {
-    wlan radio;
-    if (radio.init() != 0)
-        return false;
-    radio.do_site_survey(list, trigger);
-    radio.release();
-    return true;
-}
-
-void show_progress() {
-    if (isatty(STDERR_FILENO) == 1)
-        std::fputs("Scanning, for some seconds ...\n", stderr);
-}
-
-std::vector<sites> survey(bool mediatek, bool trigger) {
-    if (trigger)
-        show_progress();
-    std::vector<sites> list;
-    if (mediatek ? !survey_mediatek(list, trigger) : run_site_survey_realtek(list) != 0) {
-        throw failure("survey of the air: not done",
-                      "the driver's message stands above or on the camera's console; a Realtek "
-                      "driver that hears nobody fails, too, and one is busy while wpa_supplicant "
-                      "searches: try again in some seconds");
-    }
-    return list;
-}
 
 /// Keeps the driver's order of equals. std::stable_sort() calls what C++17 deprecates, and Clang
 /// warns of that.
@@ -115,14 +37,16 @@ answer tell(const survey_options& options) {
     const bool mediatek = find_adapter().mediatek;
     if (options.no_trigger && !mediatek)
         throw CLI::ValidationError("a Realtek adapter always scans", "leave out --no-trigger");
-    std::vector<sites> list = survey(mediatek, !options.no_trigger);
+    take_ending_signals();
+    const request_lock lock("survey", options.request.lock_wait);
+    std::vector<sites> list = survey_air(mediatek, !options.no_trigger);
     sort(list, options.sort);
     answer networks = answer::list();
     for (const sites& site : list)
         networks.push_back(describe(site, mediatek));
     answer told = {{"listed", static_cast<int>(list.size())}, {"networks", networks}};
     if (list.empty())
-        told.set("next", "if the driver's message stands above, see: wlanctl adapter");
+        told.set("next", "see what the driver said with --verbose, and: wlanctl adapter");
     return told;
 }
 
@@ -136,6 +60,7 @@ void add_survey_command(CLI::App& wlanctl, answer& result) {
     command.add_option("--sort", options->sort, "Order of the list")
         ->check(CLI::IsMember({"signal", "name"}))
         ->capture_default_str();
+    add_lock_option(command, options->request);
     command.footer("Not listed: hidden networks, those with a login on a server (MediaTek), WEP "
                    "(Realtek).\n"
                    "On Realtek a login on a server is listed as WPA2-PSK, and joining it fails.\n"

@@ -12,13 +12,15 @@
 #include <string_view>
 #include <utility>
 
-#include <fcntl.h>
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
 
 #include "commands.h"
+#include "diagnostics.h"
 #include "escape.h"
+#include "progress.h"
+#include "reasons.h"
 
 namespace {
 
@@ -49,24 +51,11 @@ safely are shown as \xHH.)";
 struct outcome {
     int status = done;
     answer told = answer::object();
-    std::string error;
-    std::string next;
+    std::string error = {};
+    std::string next = {};
+    std::string reason = {};
+    bool certain = true;
 };
-
-/// The library and the programs that it runs print to standard output, which is the answer's alone:
-/// theirs goes to standard error from here on.
-/// @return where the answer goes, not passed on to any program; null when it cannot go anywhere.
-FILE* keep_standard_output() {
-    const int kept = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
-    for (const int stream : {STDIN_FILENO, STDERR_FILENO}) {
-        if (fcntl(stream, F_GETFD) < 0) // the caller closed it: it is the next to be opened
-            open("/dev/null", O_RDWR);
-    }
-    if (kept < 0 || dup2(STDERR_FILENO, STDOUT_FILENO) < 0)
-        return nullptr;
-    setvbuf(stdout, nullptr, _IOLBF, BUFSIZ); // messages in the order in which they were printed
-    return fdopen(kept, "w");
-}
 
 /// What was wrong, and with which command.
 outcome wrong(const CLI::App& wlanctl, std::string error) {
@@ -81,70 +70,127 @@ outcome wrong(const CLI::App& wlanctl, std::string error) {
         error = (unknown.front()[0] == '-' ? "unknown option: " : "unknown command: ") +
                 unknown.front();
     }
-    return {wrong_usage, answer::object(), error, "see: " + name + " --help"};
+    return {wrong_usage, answer::object(), error, "see: " + name + " --help",
+            word_of(reason::wrong_usage)};
 }
 
 /// @throws CLI::Success when help or version was asked for.
 outcome run(CLI::App& wlanctl, int argc, char** argv, answer& result) {
     try {
         wlanctl.parse(argc, argv);
-        return {done, result, {}, {}};
+        return {done, result};
     } catch (const CLI::Success&) {
         throw;
     } catch (const CLI::ParseError& error) {
         return wrong(wlanctl, error.what());
     } catch (const failure& failure) {
-        return {failed, failure.found, failure.what(), failure.next};
+        return {failed,       failure.found,  failure.what(),
+                failure.next, failure.reason, failure.certain};
     }
 }
 
 /// Looked for by hand, since wrong usage can end the reading of the options before it is seen.
-bool wants_json(int argc, char** argv) {
+bool has_flag(int argc, char** argv, std::string_view flag) {
     char** const end = std::find(argv, argv + argc, std::string_view("--"));
-    return std::find(argv, end, std::string_view("--json")) != end;
+    return std::find(argv, end, flag) != end;
 }
 
-std::string as_json(const outcome& outcome) {
+answer as_object(const outcome& outcome) {
     answer object = {{"ok", outcome.status == done}};
-    for (const auto& [name, value] : outcome.told.fields()) {
-        object.set(name, value);
+    if (outcome.status != done) {
+        object.set("reason", outcome.reason);
+        object.set("certain", outcome.certain);
     }
+    for (const auto& [name, value] : outcome.told.fields())
+        object.set(name, value);
     if (outcome.status != done) {
         object.set("error", outcome.error);
         object.set("next", outcome.next);
     }
-    return object.json() + "\n";
+    return object;
 }
 
-int carry_out(int argc, char** argv, FILE* out) {
+/// What was printed, for people: bytes that would steer a terminal are escaped.
+std::string escaped_lines(const std::string& printed) {
+    std::string text;
+    std::istringstream lines(printed);
+    for (std::string line; std::getline(lines, line);)
+        text += escape(line) + "\n";
+    return text;
+}
+
+/// The texts that a command line leads to.
+struct spoken {
+    std::string answer;
+    std::string message;
+};
+
+spoken as_lines_of_json(const outcome& outcome, bool progress) {
+    const answer object = as_object(outcome);
+    if (!progress)
+        return {object.json() + "\n", ""};
+    answer event = {{"event", "outcome"}};
+    for (const auto& [name, value] : object.fields())
+        event.set(name, value);
+    return {event.json_line() + "\n", ""};
+}
+
+spoken as_people_read(outcome outcome, bool verbose) {
+    outcome.told.remove("outcome"); // the sentence says it
+    if (outcome.status == done)
+        return {as_text(outcome.told), ""};
+    outcome.told.remove("lines"); // they are among what was printed
+    const std::string printed = verbose ? "" : escaped_lines(diagnostics::printed());
+    return {as_text(outcome.told),
+            printed + "wlanctl: " + outcome.error + "\n" + outcome.next + "\n"};
+}
+
+bool write_to(FILE* stream, const std::string& text) {
+    return stream != nullptr && std::fputs(text.c_str(), stream) >= 0 && std::fflush(stream) == 0;
+}
+
+int carry_out(int argc, char** argv) {
     answer result = answer::object();
     CLI::App wlanctl{description, "wlanctl"};
     wlanctl.set_version_flag("--version", "wlanctl " WLANCTL_VERSION);
     wlanctl.fallthrough(); // so that --json may stand anywhere
     wlanctl.require_subcommand(1);
     wlanctl.add_flag("--json", "Answer with one JSON object");
+    wlanctl.add_flag("--progress",
+                     "With --json: one object a line as things happen, last the answer");
+    wlanctl.add_flag("--verbose", "Show what the library and its programs print");
     for (const auto add :
          {add_adapter_command, add_survey_command, add_mode_commands, add_wps_command,
           add_status_command, add_store_command, add_bbp_command, add_doctor_command})
         add(wlanctl, result);
     wlanctl.footer(examples); // last, since commands take over what stands here when they are added
 
-    std::ostringstream text;
+    const bool json = has_flag(argc, argv, "--json");
+    const bool progress = has_flag(argc, argv, "--progress");
+    const bool verbose = has_flag(argc, argv, "--verbose");
+    const bool on_terminal = isatty(fileno(diagnostics::messages())) == 1;
+    show_progress(json          ? progress ? progress_form::json : progress_form::none
+                  : on_terminal ? progress_form::terminal
+                                : progress_form::none);
     outcome outcome;
-    const bool json = wants_json(argc, argv);
+    spoken spoken;
     try {
         outcome = run(wlanctl, argc, argv, result);
+        diagnostics::take_in();
         outcome.told.escape_texts();
         outcome.error = escape(outcome.error);
-        text << (json ? as_json(outcome) : as_text(outcome.told));
+        spoken = json ? as_lines_of_json(outcome, progress) : as_people_read(outcome, verbose);
     } catch (const CLI::Success& asked) {
+        std::ostringstream text;
         wlanctl.exit(asked, text, text);
+        spoken.answer = text.str();
     }
-    const bool written = std::fputs(text.str().c_str(), out) >= 0 && std::fclose(out) == 0;
+    clear_progress();
+    const bool written = write_to(diagnostics::answers(), spoken.answer);
     if (!written)
-        std::fprintf(stderr, "wlanctl: writing the answer: %s\n", std::strerror(errno));
-    if (!json && outcome.status != done)
-        std::fprintf(stderr, "wlanctl: %s\n%s\n", outcome.error.c_str(), outcome.next.c_str());
+        spoken.message +=
+            std::string("wlanctl: writing the answer: ") + std::strerror(errno) + "\n";
+    write_to(diagnostics::messages(), spoken.message);
     return written ? outcome.status : failed;
 }
 
@@ -154,14 +200,10 @@ int main(int argc, char** argv) {
     // Whoever reads may leave (| head) in the midst of a mode. Daemons would inherit SIG_IGN.
     std::signal(SIGPIPE, [](int) {});
     try {
-        FILE* out = keep_standard_output();
-        if (out == nullptr) {
-            std::fprintf(stderr, "wlanctl: opening standard output: %s\n", std::strerror(errno));
-            return failed;
-        }
-        return carry_out(argc, argv, out);
+        diagnostics::collect(has_flag(argc, argv, "--verbose"));
+        return carry_out(argc, argv);
     } catch (const std::exception& error) {
-        std::fprintf(stderr, "wlanctl: %s\n", error.what());
+        write_to(diagnostics::messages(), std::string("wlanctl: ") + error.what() + "\n");
         return failed;
     }
 }

@@ -1,40 +1,36 @@
 // SPDX-License-Identifier: MIT
 // wlanctl wps.
 
-#include <csignal>
-#include <cstdio>
 #include <cstring>
 #include <memory>
 #include <string>
 
-#include <unistd.h>
-
 #include <CLI/CLI.hpp>
 
+#include "libwlan/link_status.h"
 #include "libwlan/store.h"
 #include "libwlan/wlan.h"
 
 #include "adapter.h"
+#include "cancelling.h"
 #include "commands.h"
+#include "diagnostics.h"
+#include "mode_request.h"
+#include "progress.h"
+#include "request_lock.h"
 #include "security.h"
+#include "watch.h"
 
 namespace {
 
 constexpr int store_failed = -13; // the number is part of the interface
 
-volatile std::sig_atomic_t asked_to_end = 0;
+struct wps_options {
+    request_options request;
+    int timeout = 120; ///< seconds; a router listens for two minutes
+};
 
-void note_end(int /*signal*/) {
-    asked_to_end = 1;
-}
-
-/// From here on these end the wait and not the command, which has the driver to tell.
-void take_ending_signals() {
-    struct sigaction action {};
-    action.sa_handler = note_end; // without SA_RESTART: what waits, ends
-    for (const int signal : {SIGHUP, SIGINT, SIGPIPE, SIGQUIT, SIGTERM})
-        sigaction(signal, &action, nullptr);
-}
+constexpr char what[] = "push-button session";
 
 /// A session of the driver, which is not left running however the command ends.
 class wps_session {
@@ -58,16 +54,16 @@ public:
         }
     }
 
-    /// The library prints the driver's status at every look, one line; a terminal shows the last.
     /// @return whether the network was obtained in time.
     bool wait(int seconds) {
-        const char* over_last = isatty(STDERR_FILENO) == 1 ? "\033[A\033[K" : "";
-        for (int waited = 0; waited < seconds && asked_to_end == 0; ++waited) {
-            std::fputs(waited > 0 ? over_last : "", stderr);
+        constexpr int second_ms = 1000;
+        for (int waited = 0; waited < seconds && !asked_to_end(); ++waited) {
+            diagnostics::forget();
             obtained_ = radio_.does_it_finish(0) == 1;
+            tell_status();
             if (obtained_)
                 return true;
-            sleep(1);
+            pause_ms(second_ms);
         }
         return false;
     }
@@ -89,18 +85,46 @@ public:
     }
 
 private:
+    /// The library prints the driver's status at every look, in brackets at the end of a line, and
+    /// gives it nowhere else.
+    void tell_status() {
+        diagnostics::take_in();
+        const std::string& line = diagnostics::printed();
+        const std::size_t start = line.rfind('[');
+        const std::size_t end = line.rfind(']');
+        if (start == std::string::npos || end == std::string::npos || end < start)
+            return;
+        const std::string status = line.substr(start + 1, end - start - 1);
+        if (status != status_)
+            tell_progress("wps", {{"status", status}});
+        status_ = status;
+        if (status == "STATUS_WSC_PBC_SESSION_OVERLAP") {
+            throw because({reason::refused, true, "two routers are in push-button mode at once"},
+                          what);
+        }
+    }
+
     wlan radio_;
     bool obtained_ = false;
+    std::string status_;
 };
 
 failure not_obtained(int timeout) {
-    if (asked_to_end != 0) {
-        return {"push-button session: ended by a signal",
-                "nothing is stored; go back to the stored network with: wlanctl join --stored"};
-    }
-    return {"push-button session: no network obtained in " + std::to_string(timeout) + " s",
-            "the driver's last status stands above, and nothing is stored; press the button of one "
-            "router, then run again: wlanctl wps"};
+    if (asked_to_end())
+        return because({reason::cancelled}, what);
+    return because({reason::timed_out, true,
+                    "no network obtained in " + std::to_string(timeout) +
+                        " s, and nothing stored; "
+                        "press the button of one router"},
+                   what);
+}
+
+/// What is obtained can be stored: the same settings are written back.
+void check_store() {
+    _wireless_setting stored{};
+    _cam_actions no_actions{};
+    if (cam_get_client(&stored) != 0 || cam_set_client(&stored, &no_actions, 0, 0) != 0)
+        throw because({reason::store_failed}, what);
 }
 
 answer describe_stored() {
@@ -110,6 +134,7 @@ answer describe_stored() {
                       "the store's own message stands above; correct what it names");
     }
     return {
+        {"outcome", "obtained"},
         {"done", "network obtained and stored"},
         {"ssid",
          std::string(stored.client_ssid, strnlen(stored.client_ssid, sizeof stored.client_ssid))},
@@ -120,31 +145,57 @@ answer describe_stored() {
     };
 }
 
-answer obtain(int timeout) {
+/// Waits until the image's own script has joined what was stored.
+void await_link(answer& told, const request_options& options) {
+    if (options.wait == 0 || probe_link() == 1)
+        return; // with the cable plugged in it is not joined
+    tell_progress("associating", {{"ssid", told.at("ssid")}});
+    const target target = {told.at("ssid").text(), told.at("enc").text() != "none", true};
+    const sight sight = await(*watch_join(target, true, options.address), options.wait);
+    if (sight.now != sight::state::reached) {
+        setback why = sight.why;
+        for (const auto& [name, value] : told.fields()) {
+            if (std::strcmp(name, "outcome") != 0 && std::strcmp(name, "next") != 0)
+                why.found.set(name, value);
+        }
+        throw because(why, "network obtained and stored, but not joined");
+    }
+    told.set("outcome", "joined");
+    told.set("done", "network obtained, stored and joined");
+    for (const auto& [name, value] : sight.found.fields())
+        told.set(name, value);
+}
+
+answer obtain(const wps_options& options) {
     if (!find_adapter().mediatek)
         throw CLI::ValidationError("a Realtek adapter does no push-button WPS", "use wlanctl join");
     take_ending_signals();
+    const request_lock lock("wps", options.request.lock_wait);
+    check_store();
     wps_session session;
     session.start();
-    if (isatty(STDERR_FILENO) == 1)
-        std::fprintf(stderr, "Press the router's WPS button; waiting for up to %d s.\n", timeout);
-    if (!session.wait(timeout))
-        throw not_obtained(timeout);
+    tell_progress("press", {{"seconds", options.timeout}});
+    if (!session.wait(options.timeout))
+        throw not_obtained(options.timeout);
     session.store();
-    return describe_stored();
+    answer told = describe_stored();
+    await_link(told, options.request);
+    return told;
 }
 
 } // namespace
 
 void add_wps_command(CLI::App& wlanctl, answer& result) {
-    const auto timeout = std::make_shared<int>(120); // a router listens for two minutes
+    const auto options = std::make_shared<wps_options>();
     auto& command = *wlanctl.add_subcommand("wps", "Obtain a network by the router's WPS button");
-    command.add_option("--timeout", *timeout, "How long to wait")
+    command.add_option("--timeout", options->timeout, "How long to wait for the button")
         ->type_name("SECONDS")
         ->check(CLI::Range(1, 3600, "1-3600"))
         ->capture_default_str();
+    add_request_options(command, options->request);
     command.footer("Stores the network for the station mode, and has the camera join it unless its "
-                   "cable is plugged in\n(MediaTek). With --json: done, ssid, auth, enc, channel "
-                   "(0: not known), next.");
-    command.callback([timeout, &result] { result = obtain(*timeout); });
+                   "cable is plugged in\n(MediaTek). With --json: outcome (joined, or obtained), "
+                   "done, ssid, auth, enc, channel (0: not known),\nnext, and once joined bssid, "
+                   "signal_dbm or signal_percent, interface, address.");
+    command.callback([options, &result] { result = obtain(*options); });
 }

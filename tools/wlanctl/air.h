@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+// What is in the air.
+
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "answer.h"
+#include "libwlan/sites.h"
+
+/// Surveys the air, for ten seconds again and again while the driver is busy, and tells the
+/// progress.
+/// @param trigger false reads what the driver heard last (MediaTek).
+/// @throws failure when the driver refused and nothing is listed.
+std::vector<sites> survey_air(bool mediatek, bool trigger);
+
+/// Of a network with a name, at most its 32 bytes: the library adds a blank to one of 32.
+std::string name_of(const sites& site);
+
+/// @return its channel, 0 when the driver told none.
+int channel_of(const sites& site, bool mediatek);
+
+/// "WPA2-PSK AES", or "OPEN".
+std::string security_of(const sites& site);
+
+/// A site as a list of networks tells it.
+answer describe(const sites& site, bool mediatek);
+
+/// @return the strongest one with this name; null when none is listed.
+const sites* find_strongest(const std::vector<sites>& list, const std::string& name);
+
+/// In percent or, from some drivers, dBm: comparable within one list.
+int strength(const sites& site);

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+// The control socket of hostapd or wpa_supplicant.
+
+#pragma once
+
+#include <deque>
+#include <memory>
+#include <string>
+
+struct wpa_ctrl;
+
+/// Nothing here waits: a daemon may never answer. Without libwpa-client it stays closed.
+class control_socket {
+public:
+    /// @param path of the daemon's socket for one interface.
+    explicit control_socket(std::string path);
+    ~control_socket();
+    control_socket(const control_socket&) = delete;
+    control_socket& operator=(const control_socket&) = delete;
+
+    /// Opens it, unless it is open, and has the daemon send its events.
+    /// @return whether it is open.
+    bool open();
+
+    /// Sends a command; replies come in the order of asking.
+    void ask(const std::string& command);
+
+    enum class kind { none, event, reply };
+    struct message {
+        kind what = kind::none;
+        std::string command = {}; ///< that this replies to
+        std::string text = {};    ///< of an event, without its level
+    };
+
+    /// Takes the next message that has come in.
+    message next();
+
+    /// Asks and waits for the reply, for half a second at most.
+    /// @return empty when there is none.
+    std::string reply_to(const std::string& command);
+
+private:
+    std::string path_;
+    wpa_ctrl* control_ = nullptr;
+    std::deque<std::string> asked_; ///< and not replied to yet
+};
+
+/// @return the value of "name=" in a reply of such lines; empty when there is none.
+std::string value_in(const std::string& reply, const std::string& name);
+
+constexpr char supplicant_control[] = "/var/run/wpa_supplicant/wlan0";
+constexpr char hostapd_control[] = "/var/run/hostapd/wlan1";

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+// What the kernel tells of an interface's link.
+
+#pragma once
+
+#include <string>
+
+#include "answer.h"
+
+struct link_state {
+    bool associated = false;
+    std::string ssid;  ///< empty when it is not told
+    std::string bssid; ///< likewise
+    int channel = 0;   ///< 0 when it is not told
+    answer signal_dbm; ///< null when it is not told
+    answer signal_percent;
+    std::string address; ///< IPv4; empty without one
+};
+
+/// Asks the driver and the kernel afresh; prints nothing and leaves nothing open.
+link_state ask_link(const char* interface);
+
+/// @return the channel of an interface, associated or not; 0 when it is not told.
+int ask_channel(const char* interface);
+
+/// Drivers tell a channel by its number or by its frequency in MHz.
+int channel_number(int told);
