@@ -31,8 +31,10 @@ target network_of(const _wireless_setting& setting) {
 
 mode_request stored_access_point() {
     const _wireless_setting setting = read(cam_get_ap, "access point from the stored settings");
-    mode_request request = {"ap start", "access point from the stored settings",
-                            run_ap_mode_base_db, {hostapd_daemon, dhcp_daemon}};
+    mode_request request = {"ap start",
+                            "access point from the stored settings",
+                            run_ap_mode_base_db,
+                            {hostapd_daemon, dhcp_daemon}};
     request.opens = true;
     request.access_point = text_of(setting.ap_ssid);
     request.dhcp_server = true;
@@ -41,8 +43,8 @@ mode_request stored_access_point() {
 
 mode_request stored_station() {
     const _wireless_setting setting = read(cam_get_client, "station from the stored settings");
-    mode_request request = {"join", "station from the stored settings", run_infra_mode_base_db,
-                            {supplicant_daemon}};
+    mode_request request = {
+        "join", "station from the stored settings", run_infra_mode_base_db, {supplicant_daemon}};
     request.joins = true;
     request.network = network_of(setting);
     return request;
@@ -50,8 +52,10 @@ mode_request stored_station() {
 
 mode_request stored_repeater() {
     const _wireless_setting setting = read(cam_get_ap, "repeater from the stored settings");
-    mode_request request = {"repeat", "repeater from the stored settings",
-                            run_repeater_mode_base_db, {hostapd_daemon, supplicant_daemon}};
+    mode_request request = {"repeat",
+                            "repeater from the stored settings",
+                            run_repeater_mode_base_db,
+                            {hostapd_daemon, supplicant_daemon}};
     request.joins = true;
     request.network = network_of(setting);
     request.opens = true;

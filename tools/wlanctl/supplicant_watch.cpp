@@ -15,11 +15,11 @@ namespace {
 
 constexpr char station[] = "wlan0";
 
-constexpr int most_messages = 200;     // taken in at one look
-constexpr int looks_between = 10;      // questions for its state
+constexpr int most_messages = 200;      // taken in at one look
+constexpr int looks_between = 10;       // questions for its state
 constexpr int looks_without_state = 30; // that a link has to last when it tells nothing
-constexpr int scans_that_miss = 2;     // one scan may miss a network that is there
-constexpr int enough_rejections = 2;   // a busy access point refuses once
+constexpr int scans_that_miss = 2;      // one scan may miss a network that is there
+constexpr int enough_rejections = 2;    // a busy access point refuses once
 
 bool begins(const std::string& text, const char* part) {
     return text.compare(0, std::strlen(part), part) == 0;
@@ -31,10 +31,9 @@ bool contains(const std::string& text, const char* part) {
 
 int number_after(const std::string& text, const char* name) {
     const std::size_t place = text.find(name);
-    return place == std::string::npos
-               ? 0
-               : static_cast<int>(
-                     std::strtol(text.c_str() + place + std::strlen(name), nullptr, 10));
+    return place == std::string::npos ? 0
+                                      : static_cast<int>(std::strtol(
+                                            text.c_str() + place + std::strlen(name), nullptr, 10));
 }
 
 void tell_attempt(reason why) {
