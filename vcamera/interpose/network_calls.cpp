@@ -14,6 +14,7 @@
 #include <sys/socket.h>
 #include <sys/un.h>
 
+#include "vcamera/interpose/control_table.h"
 #include "vcamera/interpose/host_path.h"
 #include "vcamera/interpose/intercepted_call.h"
 #include "vcamera/interpose/interposer.h"
@@ -81,7 +82,7 @@ INTERPOSE int socket(int domain, int type, int protocol) noexcept {
     });
 }
 
-/// The control sockets of the host's daemons are none of the camera's.
+/// The control sockets that there are are those of the camera's daemons.
 INTERPOSE int connect(int fd, const sockaddr* addr, socklen_t len) {
     char path[sizeof(sockaddr_un::sun_path) + 1] = "";
     constexpr std::size_t head = offsetof(sockaddr_un, sun_path);
@@ -91,7 +92,9 @@ INTERPOSE int connect(int fd, const sockaddr* addr, socklen_t len) {
     }
     if (host_path(path).of_camera() == nullptr)
         return NEXT(connect)(fd, addr, len);
-    return intercept({"connect", path, "connect", ""}, [](camera_state&) { return -ENOENT; });
+    return intercept({"connect", path, "connect", ""}, [&](camera_state& state) {
+        return connect_control(state, fd, host_path(path).of_camera());
+    });
 }
 
 INTERPOSE int setsockopt(int fd, int level, int optname, const void* optval,

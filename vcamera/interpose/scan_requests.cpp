@@ -12,14 +12,14 @@
 #include <linux/wireless.h>
 
 #include "vcamera/interpose/scene_answer.h"
-#include "vcamera/model/clock.h"
 #include "vcamera/model/scan_events.h"
 
 namespace {
 
 /// The radio does one scan at a time.
-int start_scan(realtek_radio& radio, std::int64_t now) {
-    if (realtek_radio_scans(radio, now))
+int start_scan(camera_state& state) {
+    realtek_radio& radio = state.realtek;
+    if (supplicant_busy(state.supplicant))
         return -EBUSY;
     radio.scanned = 1;
     radio.busy_left = radio.busy;
@@ -71,7 +71,7 @@ int answer_scan_request(camera_state& state, int interface, unsigned long code, 
     case SIOCSIWSCAN:
         if (request.u.data.pointer != nullptr || request.u.data.length != 0)
             return -EFAULT; // a scan with parameters
-        return up ? start_scan(state.realtek, camera_time(state)) : -ENETDOWN;
+        return up ? start_scan(state) : -ENETDOWN;
     case SIOCGIWSCAN:
         return up ? give_results(state, request) : -ENETDOWN;
     case SIOCGIWRANGE:
