@@ -12,6 +12,7 @@
 #include <linux/wireless.h>
 
 #include "vcamera/interpose/scene_answer.h"
+#include "vcamera/interpose/station_requests.h"
 #include "vcamera/model/scan_events.h"
 
 namespace {
@@ -53,18 +54,12 @@ int give_results(camera_state& state, iwreq& request) {
     return give(results, radio.hint != 0, request);
 }
 
-int give_range(const realtek_radio& radio, iwreq& request) {
-    iw_range range{};
-    range.we_version_compiled = WIRELESS_EXT;
-    range.max_qual.qual = radio.max_quality;
-    const std::string bytes(reinterpret_cast<const char*>(&range), sizeof range);
-    return give(bytes, false, request);
-}
-
 } // namespace
 
 int answer_scan_request(camera_state& state, int interface, unsigned long code, iwreq& request) {
     const bool up = up_flag(state, interface) != 0;
+    if (code == SIOCGIWSTATS)
+        return give_realtek_statistics(state, interface, request);
     if (request.u.data.flags != 0)
         return -EINVAL;
     switch (code) {
@@ -75,7 +70,7 @@ int answer_scan_request(camera_state& state, int interface, unsigned long code, 
     case SIOCGIWSCAN:
         return up ? give_results(state, request) : -ENETDOWN;
     case SIOCGIWRANGE:
-        return give_range(state.realtek, request);
+        return give_range(state.realtek.max_quality, request);
     default:
         return -EOPNOTSUPP;
     }
