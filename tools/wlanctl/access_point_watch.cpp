@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr int looks_between = 5;      // questions for its state
+constexpr int looks_between = 5;        // questions for its state
 constexpr int looks_without_state = 10; // that hostapd has to last when it tells nothing
 constexpr int most_messages = 200;
 

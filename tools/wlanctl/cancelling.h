@@ -3,8 +3,8 @@
 
 #pragma once
 
-/// From here on the signals that would end the command (SIGHUP, SIGINT, SIGQUIT, SIGTERM) ask it to,
-/// so that what was started can be stopped.
+/// From here on the signals that would end the command (SIGHUP, SIGINT, SIGQUIT, SIGTERM) ask it
+/// to, so that what was started can be stopped.
 void take_ending_signals();
 
 /// They end a process again, as they do by default: for a child.

@@ -21,9 +21,12 @@ constexpr struct {
     const char* auth;
     const char* enc;
 } choices[] = {
-    {"WPA2", "AES", "wpa2psk", "aes"}, {"WPA2", "TKIP", "wpa2psk", "tkip"},
-    {"WPA", "AES", "wpapsk", "aes"},   {"WPA", "TKIP", "wpapsk", "tkip"},
-    {"", "WEP", "", "wep"},            {"OPEN", "", "open", "none"},
+    {"WPA2", "AES", "wpa2psk", "aes"},
+    {"WPA2", "TKIP", "wpa2psk", "tkip"},
+    {"WPA", "AES", "wpapsk", "aes"},
+    {"WPA", "TKIP", "wpapsk", "tkip"},
+    {"", "WEP", "", "wep"},
+    {"OPEN", "", "open", "none"},
 };
 
 void choose(const std::string& security, heard_network& heard) {

@@ -6,8 +6,8 @@
 #include <algorithm>
 #include <sstream>
 
-#include <sys/stat.h>
 #include <CLI/CLI.hpp>
+#include <sys/stat.h>
 
 #include "cancelling.h"
 #include "diagnostics.h"
@@ -114,8 +114,8 @@ private:
         answer told = {{"outcome", outcome_word()}, {"done", done_sentence()}};
         answer access_point;
         if (request_.opens) {
-            access_point = reach(*watch_access_point(request_.access_point, found_.mediatek,
-                                                     request_.dhcp_server));
+            access_point = reach(
+                *watch_access_point(request_.access_point, found_.mediatek, request_.dhcp_server));
         }
         if (request_.joins) {
             tell_progress("associating", {{"ssid", request_.network.ssid}});

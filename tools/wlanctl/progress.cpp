@@ -39,9 +39,8 @@ constexpr struct sentence {
 
 void print_sentence(const char* event, const answer& fields) {
     const auto* found =
-        std::find_if(std::begin(sentences), std::end(sentences), [event](const sentence& known) {
-            return known.event == std::string(event);
-        });
+        std::find_if(std::begin(sentences), std::end(sentences),
+                     [event](const sentence& known) { return known.event == std::string(event); });
     if (found == std::end(sentences))
         return;
     const std::string value = found->field == nullptr ? "" : fields.at(found->field).cell();

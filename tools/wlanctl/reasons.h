@@ -29,8 +29,8 @@ const char* word_of(reason why);
 /// What has become of a request that did not lead to what it was for.
 struct setback {
     reason why;
-    bool certain = true;              ///< else it is the likely reason
-    std::string detail = {};          ///< said before the reason's own sentence
+    bool certain = true;             ///< else it is the likely reason
+    std::string detail = {};         ///< said before the reason's own sentence
     answer found = answer::object(); ///< what else can be told
 };
 

@@ -27,8 +27,7 @@ answer holder(int file) {
         return answer::object();
     char* command = nullptr;
     const long pid = std::strtol(text, &command, 10);
-    return {{"pid", static_cast<int>(pid)},
-            {"command", *command == ' ' ? command + 1 : command}};
+    return {{"pid", static_cast<int>(pid)}, {"command", *command == ' ' ? command + 1 : command}};
 }
 
 void write_holder(int file, const std::string& command) {
@@ -51,9 +50,10 @@ request_lock::request_lock(const std::string& command, int patience)
         if (asked_to_end())
             throw because({reason::cancelled}, command);
         if (waited_ms >= patience * 1000) {
-            throw because({reason::busy, true, "another request is being carried out: wlanctl " +
-                                                   other.at("command").text() + ", process " +
-                                                   other.at("pid").cell(),
+            throw because({reason::busy,
+                           true,
+                           "another request is being carried out: wlanctl " +
+                               other.at("command").text() + ", process " + other.at("pid").cell(),
                            {{"process", other}}},
                           command);
         }

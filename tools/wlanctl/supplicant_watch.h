@@ -20,6 +20,7 @@ public:
 private:
     void listen();
     void take_event(const std::string& text);
+    bool daemon_hears();
     sight lost(const setback& why) const;
 
     target target_;
@@ -28,11 +29,11 @@ private:
     bool linked_ = false;
     int looks_ = 0;
     int linked_looks_ = 0;
-    std::string state_;   ///< as wpa_supplicant names it; empty when it did not tell
-    int not_found_ = 0;   ///< scans that did not come upon the network
-    int wrong_keys_ = 0;  ///< handshakes that failed
+    std::string state_;  ///< as wpa_supplicant names it; empty when it did not tell
+    int not_found_ = 0;  ///< scans that did not come upon the network
+    int wrong_keys_ = 0; ///< handshakes that failed
     int rejections_ = 0;
-    int status_code_ = 0; ///< of the last rejection
+    int status_code_ = 0;   ///< of the last rejection
     bool disabled_ = false; ///< for some time, after failures
     bool ended_ = false;
 };

@@ -13,8 +13,8 @@
 struct sight {
     enum class state { pending, reached, lost };
     state now = state::pending;
-    setback why = {reason::timed_out};        ///< when it is lost
-    answer found = answer::object();          ///< when it is reached
+    setback why = {reason::timed_out}; ///< when it is lost
+    answer found = answer::object();   ///< when it is reached
 };
 
 class watch {
