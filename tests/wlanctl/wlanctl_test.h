@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-// What tests of the command share: its runs on a virtual camera, and its terminal.
+// A test of the command: each run is the real program on a virtual camera.
 
 #pragma once
 
 #include "tests/support/folder_test.h"
 #include "tests/support/scene.h"
 
-#include <string>
+#include <regex>
 
 #include <pty.h>
 #include <sys/wait.h>

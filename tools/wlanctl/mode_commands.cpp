@@ -33,6 +33,7 @@ constexpr char any_bssid[] = "00:00:00:00:00:00";
 struct mode_options {
     request_options request;
     bool stored = false;
+    bool store = false; ///< the network, once it is joined
     network_options access_point;
     network_options network; ///< to join
     std::string bssid = any_bssid;
@@ -177,6 +178,18 @@ target look_up(mode_options& options) {
     return target;
 }
 
+void store_network(const mode_options& options) {
+    station_record station;
+    station.ssid = options.network.ssid;
+    station.auth = options.network.auth;
+    station.enc = options.network.enc;
+    station.key = options.network.key;
+    station.bssid = options.bssid;
+    station.channel = options.bssid == any_bssid ? 0 : options.channel;
+    station.key_index = options.key_index;
+    store_station(station);
+}
+
 answer join(mode_options& options) {
     network_options& network = options.network;
     const target target = look_up(options);
@@ -195,7 +208,31 @@ answer join(mode_options& options) {
                             {supplicant_daemon}};
     request.joins = true;
     request.network = target;
-    return carry_out(request, found, options.request);
+    answer told = carry_out(request, found, options.request);
+    if (options.store) {
+        store_network(options);
+        told.set("stored", true);
+    }
+    return told;
+}
+
+answer store(mode_options& options) {
+    settle_name(options.network);
+    settle_key(options.network);
+    settle(options.network);
+    take_ending_signals();
+    const request_lock lock("store set", options.request.lock_wait);
+    store_network(options);
+    return {{"outcome", "done"}, {"done", "stored, to be joined: " + told(options.network)}};
+}
+
+answer forget(const request_options& options) {
+    take_ending_signals();
+    const request_lock lock("store forget", options.lock_wait);
+    station_record nothing;
+    nothing.enabled = false;
+    store_station(nothing);
+    return {{"outcome", "done"}, {"done", "no network is stored to be joined"}};
 }
 
 answer repeat(mode_options& options) {
@@ -292,6 +329,20 @@ void add_disconnect(CLI::App& wlanctl, answer& result) {
     command.callback([options, &result] { result = disconnect(*options); });
 }
 
+void add_store(CLI::App& wlanctl, answer& result) {
+    CLI::App& store_command = *wlanctl.get_subcommand("store");
+    const auto options = std::make_shared<mode_options>();
+    auto& set = *store_command.add_subcommand("set", "Store the network to join");
+    add_station_options(set, *options, "SSID");
+    set.add_option("--key-index", options->key_index, "Number of the WEP key (MediaTek)")
+        ->check(CLI::Range(1, 4, "1-4"));
+    add_lock_option(set, options->request);
+    set.callback([options, &result] { result = store(*options); });
+    auto& nothing = *store_command.add_subcommand("forget", "Forget the network to join");
+    add_lock_option(nothing, options->request);
+    nothing.callback([options, &result] { result = forget(options->request); });
+}
+
 constexpr char outcome_footer[] =
     "With --json: outcome, done, and what wlanctl(8) names; else reason, certain, error, next.";
 
@@ -301,6 +352,7 @@ void add_join(CLI::App& wlanctl, answer& result) {
     add_station_options(command, *options, "SSID");
     command.add_option("--key-index", options->key_index, "Number of the WEP key (MediaTek)")
         ->check(CLI::Range(1, 4, "1-4"));
+    command.add_flag("--store", options->store, "Store the network once it is joined");
     finish(command, options, {stored_station, join}, result);
     add_join_outcome_options(command, *options);
     command.footer(outcome_footer);
@@ -324,4 +376,5 @@ void add_mode_commands(CLI::App& wlanctl, answer& result) {
     add_join(wlanctl, result);
     add_disconnect(wlanctl, result);
     add_repeat(wlanctl, result);
+    add_store(wlanctl, result);
 }

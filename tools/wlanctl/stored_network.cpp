@@ -3,6 +3,7 @@
 
 #include "stored_network.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "libwlan/access_point.h"
@@ -21,6 +22,12 @@ _wireless_setting read(int (*get)(_wireless_setting*), const char* what) {
     if (get(&setting) != 0)
         throw because({reason::store_failed}, what);
     return setting;
+}
+
+template <std::size_t size>
+void fill(char (&field)[size], const std::string& text) {
+    std::memset(field, 0, size);
+    std::memcpy(field, text.data(), std::min(text.size(), size - 1));
 }
 
 target network_of(const _wireless_setting& setting) {
@@ -61,6 +68,32 @@ mode_request stored_repeater() {
     request.opens = true;
     request.access_point = text_of(setting.ap_ssid);
     return request;
+}
+
+station_record::~station_record() {
+    key.resize(key.capacity());
+    explicit_bzero(key.data(), key.size());
+}
+
+void store_station(const station_record& station) {
+    constexpr char any_bssid[] = "00:00:00:00:00:00";
+    const std::string bssid = station.bssid == any_bssid ? "" : station.bssid;
+    _wireless_setting setting{};
+    cam_get_client(&setting); // what a store keeps of its own; there may be no network yet
+    setting.client_enabled = station.enabled ? 1 : 0;
+    fill(setting.client_ssid, station.ssid);
+    fill(setting.client_bssid, bssid);
+    fill(setting.client_key, station.key);
+    setting.client_auth = station.auth;
+    setting.client_enc = station.enc;
+    setting.client_apcli_mode = bssid.empty() ? APCLI_BY_SSID : APCLI_BY_BSSID;
+    setting.client_channel = station.channel;
+    setting.client_key_index = static_cast<unsigned char>(station.key_index);
+    _cam_actions no_actions{};
+    const int result = cam_set_client(&setting, &no_actions, 0, 0);
+    explicit_bzero(&setting, sizeof setting);
+    if (result != 0)
+        throw because({reason::store_failed}, "storing the network");
 }
 
 bool is_stored_as_protected(const std::string& ssid) {

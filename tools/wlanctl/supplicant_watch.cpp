@@ -36,6 +36,23 @@ int number_after(const std::string& text, const char* name) {
                                             text.c_str() + place + std::strlen(name), nullptr, 10));
 }
 
+/// A name as the daemon writes it in a list.
+std::string encoded(const std::string& ssid) {
+    constexpr char digits[] = "0123456789abcdef";
+    std::string text;
+    for (const char c : ssid) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (c == '"' || c == '\\') {
+            text += {'\\', c};
+        } else if (byte >= 0x20 && byte < 0x7F) {
+            text += c;
+        } else {
+            text += {'\\', 'x', digits[byte >> 4], digits[byte & 0xF]};
+        }
+    }
+    return text;
+}
+
 void tell_attempt(reason why) {
     tell_progress("attempt_failed", {{"reason", word_of(why)}});
 }
@@ -110,15 +127,22 @@ setback supplicant_watch::give_up() {
                 "the access point refused the camera (status " + std::to_string(status_code_) + ")",
                 {{"status_code", status_code_}}};
     }
-    if (not_found_ > 0 && target_.was_heard) {
+    if (not_found_ > 0 && (target_.was_heard || daemon_hears())) {
         return {reason::refused, false,
                 "the network is heard, but its security is probably another one"};
     }
     if (not_found_ > 0)
         return {reason::not_heard};
-    if (linked_ || begins(state_, "4WAY_HANDSHAKE"))
+    // Without the daemon's word, a protected network that is heard and not joined has another key.
+    const bool says_nothing = state_.empty() && target_.was_heard && target_.is_protected;
+    if (linked_ || says_nothing || begins(state_, "4WAY_HANDSHAKE"))
         return {reason::wrong_key, false};
-    return {target_.was_heard ? reason::timed_out : reason::not_heard, false};
+    return {reason::timed_out};
+}
+
+bool supplicant_watch::daemon_hears() {
+    const std::string list = control_.reply_to("SCAN_RESULTS") + "\n";
+    return contains(list, ("\t" + encoded(target_.ssid) + "\n").c_str());
 }
 
 sight supplicant_watch::lost(const setback& why) const {

@@ -20,6 +20,7 @@ public:
 private:
     void listen();
     void take_event(const std::string& text);
+    bool daemon_hears();
     sight lost(const setback& why) const;
 
     target target_;

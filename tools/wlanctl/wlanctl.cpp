@@ -160,8 +160,8 @@ int carry_out(int argc, char** argv) {
                      "With --json: one object a line as things happen, last the answer");
     wlanctl.add_flag("--verbose", "Show what the library and its programs print");
     for (const auto add :
-         {add_adapter_command, add_survey_command, add_mode_commands, add_wps_command,
-          add_status_command, add_store_command, add_bbp_command, add_doctor_command})
+         {add_adapter_command, add_survey_command, add_store_command, add_mode_commands,
+          add_wps_command, add_status_command, add_bbp_command, add_doctor_command})
         add(wlanctl, result);
     wlanctl.footer(examples); // last, since commands take over what stands here when they are added
 

@@ -14,10 +14,13 @@
 #include <sys/socket.h>
 #include <sys/un.h>
 
+#include "vcamera/interpose/address_requests.h"
+#include "vcamera/interpose/control_table.h"
 #include "vcamera/interpose/host_path.h"
 #include "vcamera/interpose/intercepted_call.h"
 #include "vcamera/interpose/interposer.h"
 #include "vcamera/interpose/network_requests.h"
+#include "vcamera/model/daemons.h"
 #include "vcamera/model/interfaces.h"
 
 namespace {
@@ -35,31 +38,44 @@ std::string device_name(const void* value, socklen_t length) {
     return {name, strnlen(name, std::min<std::size_t>(length, IFNAMSIZ))};
 }
 
-/// Memory of C, since the program frees it.
-template <typename Entry>
-struct interface_list {
-    Entry entries[MTK_VIFS + 1];
+// Lists are memory of C, since the program frees them.
+
+struct index_list {
+    struct if_nameindex entries[MTK_VIFS + 1]; // with a zeroed one behind the last
     char names[MTK_VIFS][IF_NAMESIZE];
 };
 
-/// @param fill gets a zeroed entry, the interface's name and number.
-/// @return the entries, with a zeroed one behind the last; null without memory.
-template <typename Entry, typename Function>
-Entry* list_interfaces(const Function& fill) {
-    auto* list = static_cast<interface_list<Entry>*>(std::calloc(1, sizeof(interface_list<Entry>)));
-    if (list == nullptr)
-        return nullptr;
-    const locked_camera camera;
-    std::size_t count = 0;
-    for (int interface = 0; interface < MTK_VIFS; ++interface) {
-        const char* name = name_of_index(*camera, static_cast<unsigned>(index_of(interface)));
-        if (name == nullptr)
-            continue;
-        char* kept = list->names[count];
-        std::snprintf(kept, IF_NAMESIZE, "%s", name);
-        fill(list->entries[count++], kept, *camera, interface);
+/// One entry for each interface, and behind them one for each address.
+struct address_list {
+    ifaddrs entries[2 * MTK_VIFS];
+    char names[MTK_VIFS][IF_NAMESIZE];
+    sockaddr addresses[MTK_VIFS][3]; // its own, the mask, the broadcast address
+
+    ifaddrs* add(ifaddrs* last, int interface, unsigned flags) {
+        ifaddrs* entry = last == nullptr ? entries : last + 1;
+        entry->ifa_name = names[interface];
+        entry->ifa_flags = flags;
+        if (last != nullptr)
+            last->ifa_next = entry;
+        return entry;
     }
-    return list->entries;
+};
+
+void fill_addresses(address_list& list, const camera_state& state, ifaddrs*& last) {
+    for (int i = 0; i < MTK_VIFS; ++i) {
+        const std::uint32_t address = address_of_interface(state, i);
+        if (address == 0)
+            continue;
+        const auto flags = static_cast<unsigned short>(interface_flags(state, i));
+        last = list.add(last, i, flags);
+        auto& [own, mask, broadcast] = list.addresses[i];
+        own = socket_address(address);
+        mask = socket_address(netmask());
+        broadcast = socket_address(broadcast_of(address));
+        last->ifa_addr = &own;
+        last->ifa_netmask = &mask;
+        last->ifa_broadaddr = &broadcast;
+    }
 }
 
 } // namespace
@@ -81,7 +97,7 @@ INTERPOSE int socket(int domain, int type, int protocol) noexcept {
     });
 }
 
-/// The control sockets of the host's daemons are none of the camera's.
+/// The control sockets that there are are those of the camera's daemons.
 INTERPOSE int connect(int fd, const sockaddr* addr, socklen_t len) {
     char path[sizeof(sockaddr_un::sun_path) + 1] = "";
     constexpr std::size_t head = offsetof(sockaddr_un, sun_path);
@@ -91,7 +107,9 @@ INTERPOSE int connect(int fd, const sockaddr* addr, socklen_t len) {
     }
     if (host_path(path).of_camera() == nullptr)
         return NEXT(connect)(fd, addr, len);
-    return intercept({"connect", path, "connect", ""}, [](camera_state&) { return -ENOENT; });
+    return intercept({"connect", path, "connect", ""}, [&](camera_state& state) {
+        return connect_control(state, fd, host_path(path).of_camera());
+    });
 }
 
 INTERPOSE int setsockopt(int fd, int level, int optname, const void* optval,
@@ -143,10 +161,20 @@ INTERPOSE char* if_indextoname(unsigned index, char* name) noexcept {
 INTERPOSE struct if_nameindex* if_nameindex() noexcept {
     if (!on_camera())
         return NEXT(if_nameindex)();
-    return list_interfaces<struct if_nameindex>(
-        [](struct if_nameindex& entry, char* name, const camera_state&, int interface) {
-            entry = {static_cast<unsigned>(index_of(interface)), name};
-        });
+    auto* list = static_cast<index_list*>(std::calloc(1, sizeof(index_list)));
+    if (list == nullptr)
+        return nullptr;
+    const locked_camera camera;
+    std::size_t count = 0;
+    for (int i = 0; i < MTK_VIFS; ++i) {
+        const auto index = static_cast<unsigned>(index_of(i));
+        const char* name = name_of_index(*camera, index);
+        if (name == nullptr)
+            continue;
+        std::snprintf(list->names[i], IF_NAMESIZE, "%s", name);
+        list->entries[count++] = {index, list->names[i]};
+    }
+    return list->entries;
 }
 
 INTERPOSE void if_freenameindex(struct if_nameindex* ptr) noexcept {
@@ -158,19 +186,26 @@ INTERPOSE void if_freenameindex(struct if_nameindex* ptr) noexcept {
 INTERPOSE int getifaddrs(ifaddrs** ifap) noexcept {
     if (!on_camera())
         return NEXT(getifaddrs)(ifap);
-    *ifap = list_interfaces<ifaddrs>(
-        [](ifaddrs& entry, char* name, const camera_state& state, int interface) {
-            entry.ifa_name = name;
-            entry.ifa_flags = static_cast<unsigned short>(interface_flags(state, interface));
-        });
-    if (*ifap == nullptr)
+    *ifap = nullptr;
+    auto* list = static_cast<address_list*>(std::calloc(1, sizeof(address_list)));
+    if (list == nullptr)
         return -1;
-    for (ifaddrs* entry = *ifap; entry->ifa_name != nullptr; ++entry)
-        entry->ifa_next = entry[1].ifa_name != nullptr ? entry + 1 : nullptr;
-    if ((*ifap)->ifa_name == nullptr) {
-        std::free(*ifap);
-        *ifap = nullptr; // an empty list
+    const locked_camera camera;
+    advance_daemons(*camera);
+    ifaddrs* last = nullptr;
+    for (int i = 0; i < MTK_VIFS; ++i) {
+        const char* name = name_of_index(*camera, static_cast<unsigned>(index_of(i)));
+        if (name == nullptr)
+            continue;
+        std::snprintf(list->names[i], IF_NAMESIZE, "%s", name);
+        last = list->add(last, i, static_cast<unsigned short>(interface_flags(*camera, i)));
     }
+    if (last == nullptr) {
+        std::free(list); // an empty list
+        return 0;
+    }
+    fill_addresses(*list, *camera, last);
+    *ifap = list->entries;
     return 0;
 }
 

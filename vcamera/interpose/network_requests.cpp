@@ -16,8 +16,10 @@
 #include <linux/if_arp.h>
 #include <linux/wireless.h>
 
+#include "vcamera/interpose/address_requests.h"
 #include "vcamera/interpose/scan_requests.h"
 #include "vcamera/interpose/scene_answer.h"
+#include "vcamera/interpose/station_requests.h"
 #include "vcamera/model/clock.h"
 #include "vcamera/model/interfaces.h"
 #include "vcamera/model/network_tables.h"
@@ -43,6 +45,8 @@ std::string request_name(unsigned long code, const iwreq* request) {
         {mtk_register, "register"},     {mtk_profile, "profile"},
         {SIOCGIFCONF, "SIOCGIFCONF"},   {SIOCGIFNAME, "SIOCGIFNAME"},
         {SIOCGIWNAME, "SIOCGIWNAME"},   {SIOCGIFINDEX, "SIOCGIFINDEX"},
+        {SIOCGIWESSID, "SIOCGIWESSID"}, {SIOCGIWMODE, "SIOCGIWMODE"},
+        {SIOCGIFADDR, "SIOCGIFADDR"},   {SIOCSIFADDR, "SIOCSIFADDR"},
     };
     for (const auto& known : names) {
         if (known.code == code)
@@ -164,13 +168,15 @@ int use_register(mtk_radio& radio, iwreq& request) {
 }
 
 int answer_mtk_request(camera_state& state, int interface, unsigned long code, iwreq& request) {
-    if (code != mtk_query && request.u.data.flags != 0)
-        return -EINVAL; // flags choose a query, and nothing else
+    if (code != mtk_query && code != SIOCGIWSTATS && request.u.data.flags != 0)
+        return -EINVAL; // flags choose a query, and whether the kernel starts statistics afresh
     std::int32_t figure = 0;
     mtk_answer answer = MTK_DONE;
     switch (code) {
     case SIOCGIWSTATS:
         return give(statistics(state), request);
+    case SIOCGIWRANGE:
+        return give_range(100, request);
     case mtk_query:
         answer = mtk_radio_query(&state.mtk, &state.air, interface, request.u.data.flags, &figure);
         return answer == MTK_DONE ? give(figure, request) : errno_of(answer);
@@ -235,16 +241,16 @@ int answer_request(camera_state& state, int fd, unsigned long code, iwreq* reque
         return error;
     if (request == nullptr)
         return -EFAULT;
-    if (code == SIOCGIFCONF) {
-        reinterpret_cast<ifconf*>(request)->ifc_len =
-            0; // it lists addresses, of which there are none
-        return 0;
-    }
+    if (code == SIOCGIFCONF)
+        return list_addresses(state, *reinterpret_cast<ifconf*>(request));
     if (code == SIOCGIFNAME)
         return give_name(state, *reinterpret_cast<ifreq*>(request));
     const int interface = find_interface(state, interface_name(*request));
     if (interface == no_interface)
         return -ENODEV;
+    if (is_address_request(code)) {
+        return answer_address_request(state, interface, code, *reinterpret_cast<ifreq*>(request));
+    }
     short& flags = reinterpret_cast<ifreq*>(request)->ifr_flags;
     const access_point* point = joined(state, interface);
     const bool is_mtk = state.adapter == adapter_family::mediatek;
@@ -269,6 +275,10 @@ int answer_request(camera_state& state, int fd, unsigned long code, iwreq* reque
         if (point != nullptr)
             std::memcpy(request->u.ap_addr.sa_data, point->bssid, sizeof point->bssid);
         return 0;
+    case SIOCGIWESSID:
+        return give_essid(state, interface, *request);
+    case SIOCGIWMODE:
+        return give_mode(state, interface, *request);
     case SIOCGIWFREQ:
         request->u.freq = {};
         return is_mtk ? give_mtk_channel(state, interface, request->u.freq)

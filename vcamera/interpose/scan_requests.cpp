@@ -12,14 +12,15 @@
 #include <linux/wireless.h>
 
 #include "vcamera/interpose/scene_answer.h"
-#include "vcamera/model/clock.h"
+#include "vcamera/interpose/station_requests.h"
 #include "vcamera/model/scan_events.h"
 
 namespace {
 
 /// The radio does one scan at a time.
-int start_scan(realtek_radio& radio, std::int64_t now) {
-    if (realtek_radio_scans(radio, now))
+int start_scan(camera_state& state) {
+    realtek_radio& radio = state.realtek;
+    if (supplicant_busy(state.supplicant))
         return -EBUSY;
     radio.scanned = 1;
     radio.busy_left = radio.busy;
@@ -53,29 +54,23 @@ int give_results(camera_state& state, iwreq& request) {
     return give(results, radio.hint != 0, request);
 }
 
-int give_range(const realtek_radio& radio, iwreq& request) {
-    iw_range range{};
-    range.we_version_compiled = WIRELESS_EXT;
-    range.max_qual.qual = radio.max_quality;
-    const std::string bytes(reinterpret_cast<const char*>(&range), sizeof range);
-    return give(bytes, false, request);
-}
-
 } // namespace
 
 int answer_scan_request(camera_state& state, int interface, unsigned long code, iwreq& request) {
     const bool up = up_flag(state, interface) != 0;
+    if (code == SIOCGIWSTATS)
+        return give_realtek_statistics(state, interface, request);
     if (request.u.data.flags != 0)
         return -EINVAL;
     switch (code) {
     case SIOCSIWSCAN:
         if (request.u.data.pointer != nullptr || request.u.data.length != 0)
             return -EFAULT; // a scan with parameters
-        return up ? start_scan(state.realtek, camera_time(state)) : -ENETDOWN;
+        return up ? start_scan(state) : -ENETDOWN;
     case SIOCGIWSCAN:
         return up ? give_results(state, request) : -ENETDOWN;
     case SIOCGIWRANGE:
-        return give_range(state.realtek, request);
+        return give_range(state.realtek.max_quality, request);
     default:
         return -EOPNOTSUPP;
     }

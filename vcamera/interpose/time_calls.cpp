@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 // The interposed functions of time, which is the camera's.
 
+#include "vcamera/interpose/time_calls.h"
+
+#include <cerrno>
 #include <cstdint>
 #include <cstdio>
 #include <ctime>
 
-#include <sys/select.h>
 #include <unistd.h>
 
 #include "vcamera/interpose/intercepted_call.h"
@@ -16,7 +18,13 @@ namespace {
 
 constexpr std::int64_t second = 1000000;
 
-/// @return 0, or -1 with errno set.
+/// Rounded up, as the kernel never waits for less.
+std::int64_t microseconds(const timespec& time) {
+    return time.tv_sec * second + (time.tv_nsec + 999) / 1000;
+}
+
+} // namespace
+
 int pause_for(const char* call, std::int64_t microseconds) {
     char text[32];
     std::snprintf(text, sizeof text, "%g s",
@@ -33,10 +41,8 @@ int pause_for(const char* call, std::int64_t microseconds) {
     const std::int64_t waited = microseconds / speed;
     const timespec duration = {static_cast<time_t>(waited / second),
                                static_cast<long>(waited % second * 1000)};
-    return nanosleep(&duration, nullptr);
+    return NEXT(nanosleep)(&duration, nullptr);
 }
-
-} // namespace
 
 INTERPOSE unsigned int sleep(unsigned int seconds) {
     if (!on_camera())
@@ -48,14 +54,19 @@ INTERPOSE int usleep(useconds_t useconds) {
     return on_camera() ? pause_for("usleep", useconds) : NEXT(usleep)(useconds);
 }
 
-INTERPOSE int select(int nfds, fd_set* readfds, fd_set* writefds, fd_set* exceptfds,
-                     timeval* timeout) {
-    const bool only_waits = nfds == 0 && timeout != nullptr;
-    if (!on_camera() || !only_waits)
-        return NEXT(select)(nfds, readfds, writefds, exceptfds, timeout);
-    const timeval wait = *timeout;
-    *timeout = {}; // the kernel leaves there what was not waited
-    return pause_for("select", wait.tv_sec * second + wait.tv_usec);
+INTERPOSE int nanosleep(const timespec* requested_time, timespec* remaining) {
+    const bool fits = requested_time != nullptr && requested_time->tv_sec >= 0 &&
+                      requested_time->tv_nsec >= 0 && requested_time->tv_nsec < 1000 * second;
+    if (!on_camera() || !fits)
+        return NEXT(nanosleep)(requested_time, remaining);
+    return pause_for("nanosleep", microseconds(*requested_time));
+}
+
+/// Until a time of day is the host's to wait.
+INTERPOSE int clock_nanosleep(clockid_t clock_id, int flags, const timespec* req, timespec* rem) {
+    if (!on_camera() || (flags & TIMER_ABSTIME) != 0)
+        return NEXT(clock_nanosleep)(clock_id, flags, req, rem);
+    return nanosleep(req, rem) == 0 ? 0 : errno;
 }
 
 INTERPOSE int clock_gettime(clockid_t clock_id, timespec* tp) noexcept {

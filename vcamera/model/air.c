@@ -29,7 +29,8 @@ static int same_address(const uint8_t* a, const uint8_t* b) {
 }
 
 static int accepts(const struct access_point* point, const struct join_request* request) {
-    return names(request->ssid, point->ssid, point->ssid_length) &&
+    return !point->gone && point->rejects == 0 &&
+           names(request->ssid, point->ssid, point->ssid_length) &&
            (request->bssid == NULL || same_address(request->bssid, point->bssid)) &&
            (point->mhz >= 5000) == (request->five_ghz != 0) &&
            (request->channel == 0 || request->channel == air_channel(point->mhz)) &&
@@ -45,6 +46,28 @@ int air_join(const struct air* air, const struct join_request* request) {
             best = i + 1;
     }
     return best;
+}
+
+int air_advance(struct air* air, int64_t now) {
+    int any = 0;
+    for (int i = 0; i < air->count; ++i) {
+        struct access_point* point = &air->points[i];
+        if (point->gone || point->vanishes_at == 0 || now < point->vanishes_at)
+            continue;
+        point->gone = 1;
+        any = 1;
+    }
+    return any;
+}
+
+int64_t air_due(const struct air* air) {
+    int64_t due = 0;
+    for (int i = 0; i < air->count; ++i) {
+        const struct access_point* point = &air->points[i];
+        if (!point->gone && point->vanishes_at != 0 && (due == 0 || point->vanishes_at < due))
+            due = point->vanishes_at;
+    }
+    return due;
 }
 
 int air_channel(int mhz) {

@@ -33,12 +33,21 @@ struct access_point {
     int8_t level;    /* dBm */
     uint16_t mhz;
     char key[AIR_KEY_MAX + 1]; /* the one that lets a station in */
+    uint16_t rejects;          /* status with which it refuses every station; 0 for none */
+    uint8_t gone;
+    int64_t vanishes_at; /* microseconds of the camera's clock; 0 for never */
 };
 
 struct air {
     int32_t count;
     struct access_point points[AIR_MAX];
 };
+
+/* Takes away what vanishes until now. Returns whether something did. */
+int air_advance(struct air* air, int64_t now);
+
+/* When the next access point vanishes; 0 for never. */
+int64_t air_due(const struct air* air);
 
 /* The network that a station asks for. */
 struct join_request {

@@ -8,9 +8,13 @@
 #include <cstdint>
 #include <string>
 
+#include "vcamera/model/addresses.h"
+#include "vcamera/model/control_sockets.h"
 #include "vcamera/model/hostapd_settings.h"
 #include "vcamera/model/mtk_radio.h"
 #include "vcamera/model/realtek_radio.h"
+#include "vcamera/model/supplicant.h"
+#include "vcamera/model/visitors.h"
 
 enum class adapter_family : std::uint8_t { none, mediatek, realtek };
 enum class usb_listing : std::uint8_t { proc, lsusb, absent };
@@ -25,6 +29,7 @@ struct fake_daemon {
     std::int64_t gone_at;     // when it will have ended; 0 before it was asked to
     short_text name;
     short_text pid_file;
+    short_text control; // path of its control socket; empty without
 };
 
 struct scene_fault {
@@ -51,6 +56,12 @@ struct camera_state {
     struct air air;
     mtk_radio mtk;
     realtek_radio realtek;
+    struct supplicant supplicant;
+    hosted_network hosted;
+    std::int32_t visitors_expected;
+    visitor visitors[16];
+    interface_addresses addresses[MTK_VIFS];
+    control_state control;
 
     hostapd_build hostapd;
     std::int32_t daemons_started;
@@ -66,7 +77,7 @@ std::uint8_t& up_flag(camera_state& state, int interface);
 /// Writes the interface's /sys/class/net/NAME/operstate below `scratch`.
 void show_operstate(camera_state& state, int interface, const std::string& scratch);
 
-constexpr char state_layout[16] = "vcamera 1";
+constexpr char state_layout[16] = "vcamera 2";
 
 template <std::size_t most>
 bool lists(const short_text (&names)[most], const std::string& name) {

@@ -3,6 +3,7 @@
 
 #include "vcamera/model/daemons.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
@@ -14,6 +15,7 @@
 #include <unistd.h>
 
 #include "vcamera/model/clock.h"
+#include "vcamera/model/control_sockets.h"
 #include "vcamera/model/hostapd_settings.h"
 #include "vcamera/model/interfaces.h"
 #include "vcamera/model/udhcpd_settings.h"
@@ -71,8 +73,9 @@ bool runs_on(const camera_state& state, const char* name, int interface) {
     return false;
 }
 
-int start(camera_state& state, const char* name, int interface, const std::string& pid_file,
-          program_output& output) {
+/// @return the new process; null when there are too many.
+fake_daemon* start(camera_state& state, const char* name, int interface,
+                   const std::string& pid_file, program_output& output) {
     for (fake_daemon& place : state.daemons) {
         if (place.pid != 0)
             continue;
@@ -83,20 +86,29 @@ int start(camera_state& state, const char* name, int interface, const std::strin
         place.pid_file_at = camera_time(state) + until_pid_file;
         std::snprintf(place.name, sizeof place.name, "%s", name);
         std::snprintf(place.pid_file, sizeof place.pid_file, "%s", pid_file.c_str());
-        return 0;
+        return &place;
     }
-    return fail(output, std::string(name) + ": cannot fork");
+    fail(output, std::string(name) + ": cannot fork");
+    return nullptr;
 }
 
 /// The process is gone, and with it what it kept up.
 void end(camera_state& state, fake_daemon& daemon) {
     if (daemon.name == std::string("wpa_supplicant"))
-        realtek_radio_stop_search(state.realtek);
+        supplicant_stop(state);
+    if (daemon.name == std::string("hostapd"))
+        dismiss_visitors(state);
     daemon = {};
 }
 
 /// hostapd and wpa_supplicant leave their interface as they found it, unless they are killed.
 void end_orderly(camera_state& state, fake_daemon& daemon) {
+    if (daemon.name == std::string("wpa_supplicant")) {
+        supplicant_disconnect(state);
+    } else {
+        tell_clients(state, daemon.name, daemon.interface, "AP-DISABLED ");
+    }
+    close_control(state, daemon);
     unlink(in_scratch(daemon.pid_file).c_str());
     if (daemon.raised && daemon.name != std::string("udhcpd"))
         bring(state, daemon.interface, false);
@@ -120,23 +132,43 @@ int security_of(texts& network) {
     return (is_among(proto, "WPA") ? AIR_WPA : 0) | (rsn ? AIR_WPA2 : 0);
 }
 
-/// @return the number, from 1, of the access point that one of the networks leads to; 0 for none.
-int find_network(const camera_state& state, const supplicant_settings& settings) {
+void keep_networks(supplicant& supplicant, const supplicant_settings& settings) {
+    supplicant = {};
     for (texts network : settings.networks) {
-        const std::string ssid = read_text_value(network["ssid"]).value_or("");
+        if (supplicant.networks == static_cast<int>(std::size(supplicant.wanted)))
+            return;
+        wanted_network& kept = supplicant.wanted[supplicant.networks++];
         const std::string& psk = network["psk"];
         const std::string key = psk[0] == '"' ? psk.substr(1, psk.rfind('"') - 1) : psk;
-        const join_request request = {ssid.c_str(),
-                                      nullptr,
-                                      key.c_str(),
-                                      0,
-                                      security_of(network),
-                                      AIR_PLAIN | AIR_TKIP | AIR_AES,
-                                      0};
-        if (const int found = air_join(&state.air, &request))
-            return found;
+        const std::string ssid = read_text_value(network["ssid"]).value_or("");
+        std::snprintf(kept.ssid, sizeof kept.ssid, "%s", ssid.c_str());
+        std::snprintf(kept.key, sizeof kept.key, "%s", key.c_str());
+        kept.security = static_cast<std::uint8_t>(security_of(network));
+        kept.left_out = network["disabled"] == "1" ? 1 : 0;
     }
-    return 0;
+}
+
+/// The best cipher of a list, as hostapd names it.
+void keep_cipher(char (&kept)[16], const std::string& list, bool weakest) {
+    const bool tkip = is_among(list, "TKIP");
+    const bool ccmp = is_among(list, "CCMP");
+    const char* both = weakest ? "TKIP" : "CCMP TKIP";
+    std::snprintf(kept, sizeof kept, "%s", tkip && ccmp ? both : tkip ? "TKIP" : "CCMP");
+}
+
+void keep_network(hosted_network& hosted, texts values) {
+    hosted = {};
+    const std::string& ssid = values["ssid"];
+    hosted.ssid_length = static_cast<std::uint8_t>(ssid.copy(hosted.ssid, AIR_SSID_MAX));
+    hosted.channel = std::atoi(values["channel"].c_str());
+    hosted.wpa = std::atoi(values["wpa"].c_str());
+    const std::string wpa = values.count("wpa_pairwise") != 0 ? values["wpa_pairwise"] : "TKIP";
+    const std::string rsn = values.count("rsn_pairwise") != 0 ? values["rsn_pairwise"] : wpa;
+    keep_cipher(hosted.wpa_pairwise, wpa, false);
+    keep_cipher(hosted.rsn_pairwise, rsn, false);
+    const std::string used =
+        ((hosted.wpa & 1) != 0 ? wpa + " " : "") + ((hosted.wpa & 2) != 0 ? rsn : "");
+    keep_cipher(hosted.group, used, true);
 }
 
 } // namespace
@@ -181,12 +213,15 @@ int hostapd(camera_state& state, const words& command, program_output& output) {
     }
     if (options.count("-B") == 0)
         return 0; // in the foreground, and ended at once
-    const int status = start(state, "hostapd", interface, options["-P"], output);
-    if (status == 0) {
-        bring(state, interface, true);
-        state.realtek.vifs[interface].channel = std::atoi(settings.values["channel"].c_str());
-    }
-    return status;
+    fake_daemon* daemon = start(state, "hostapd", interface, options["-P"], output);
+    if (daemon == nullptr)
+        return 1;
+    bring(state, interface, true);
+    keep_network(state.hosted, settings.values);
+    state.realtek.vifs[interface].channel = state.hosted.channel;
+    open_control(state, *daemon, settings.values["ctrl_interface"]);
+    expect_visitors(state);
+    return 0;
 }
 
 int wpa_supplicant(camera_state& state, const words& command, program_output& output) {
@@ -200,7 +235,7 @@ int wpa_supplicant(camera_state& state, const words& command, program_output& ou
         return fail(output, "Failed to read or parse configuration '" + path + "'.",
                     supplicant_failed);
     }
-    const supplicant_settings settings = read_supplicant_settings(text);
+    supplicant_settings settings = read_supplicant_settings(text);
     print_lines(output, settings.report.messages);
     if (settings.report.errors != 0) {
         return fail(output, "Failed to read or parse configuration '" + path + "'.",
@@ -219,12 +254,14 @@ int wpa_supplicant(camera_state& state, const words& command, program_output& ou
     }
     if (options.count("-B") == 0)
         return 0;
-    const int status = start(state, "wpa_supplicant", interface, options["-P"], output);
-    if (status == 0) {
-        bring(state, interface, true);
-        realtek_radio_search(state.realtek, find_network(state, settings), camera_time(state));
-    }
-    return status;
+    fake_daemon* daemon = start(state, "wpa_supplicant", interface, options["-P"], output);
+    if (daemon == nullptr)
+        return 1;
+    bring(state, interface, true);
+    keep_networks(state.supplicant, settings);
+    open_control(state, *daemon, settings.values["ctrl_interface"]);
+    supplicant_start(state);
+    return 0;
 }
 
 /// This camera's build reads /tmp/udhcpd.conf and keeps its pid beside it. In the background it has
@@ -251,7 +288,9 @@ int udhcpd(camera_state& state, const words& command, program_output& output) {
             output.err += "udhcpd: " + message + "\n";
         return settings.ends ? 1 : 0;
     }
-    return settings.ends ? 0 : start(state, "udhcpd", interface, "/tmp/udhcpd.pid", output);
+    if (settings.ends)
+        return 0;
+    return start(state, "udhcpd", interface, "/tmp/udhcpd.pid", output) != nullptr ? 0 : 1;
 }
 
 int signal_daemon(camera_state& state, int pid, int signal) {
@@ -259,18 +298,37 @@ int signal_daemon(camera_state& state, int pid, int signal) {
         if (daemon.pid != pid)
             continue;
         if (signal == SIGKILL) {
+            abandon_control(state, daemon);
             end(state, daemon);
-        } else if ((signal == SIGTERM || signal == SIGINT) && daemon.gone_at == 0 &&
-                   !lists(state.stubborn, daemon.name)) {
-            daemon.gone_at = camera_time(state) + until_end;
+        } else if ((signal == SIGTERM || signal == SIGINT) && !lists(state.stubborn, daemon.name)) {
+            terminate_daemon(state, daemon);
         }
         return 0;
     }
     return -ESRCH;
 }
 
-void advance_daemons(camera_state& state) {
-    const std::int64_t now = camera_time(state);
+void terminate_daemon(camera_state& state, fake_daemon& daemon) {
+    if (daemon.gone_at == 0)
+        daemon.gone_at = camera_time(state) + until_end;
+}
+
+namespace {
+
+/// What of the Wi-Fi is due at this time.
+void advance_radio(camera_state& state, std::int64_t now) {
+    if (air_advance(&state.air, now) != 0) {
+        mtk_radio_leave_gone(&state.mtk, &state.air);
+        const int joined = state.realtek.vifs[REALTEK_STATION].joined;
+        if (joined != 0 && state.air.points[joined - 1].gone != 0)
+            supplicant_lose(state, now);
+    }
+    supplicant_advance(state, now);
+    advance_visitors(state, now);
+    advance_addresses(state, now);
+}
+
+void advance_to(camera_state& state, std::int64_t now) {
     for (fake_daemon& daemon : state.daemons) {
         if (daemon.pid_file_at != 0 && now >= daemon.pid_file_at) {
             std::ofstream(in_scratch(daemon.pid_file)) << daemon.pid << '\n';
@@ -279,5 +337,34 @@ void advance_daemons(camera_state& state) {
         if (daemon.gone_at != 0 && now >= daemon.gone_at)
             end_orderly(state, daemon);
     }
-    realtek_radio_advance(state.realtek, now);
+    advance_radio(state, now);
+}
+
+/// Of two times, of which 0 is never.
+std::int64_t earlier(std::int64_t one, std::int64_t other) {
+    return one == 0 || other == 0 ? std::max(one, other) : std::min(one, other);
+}
+
+/// What a very long wait leaves to do is caught up with in several calls.
+constexpr int most_steps = 10000;
+
+} // namespace
+
+void advance_daemons(camera_state& state) {
+    const std::int64_t now = camera_time(state);
+    for (int step = 0; step < most_steps; ++step) {
+        const std::int64_t due = daemons_due(state);
+        if (due == 0 || due > now)
+            break;
+        advance_to(state, due);
+    }
+    advance_addresses(state, now);
+}
+
+std::int64_t daemons_due(const camera_state& state) {
+    std::int64_t due = earlier(supplicant_due(state.supplicant), visitors_due(state));
+    due = earlier(due, air_due(&state.air));
+    for (const fake_daemon& daemon : state.daemons)
+        due = earlier(due, earlier(daemon.pid_file_at, daemon.gone_at));
+    return due;
 }

@@ -17,5 +17,11 @@ constexpr int first_daemon_pid = 4194304;
 /// @return 0 or a negative errno, as the kernel answers kill().
 int signal_daemon(camera_state& state, int pid, int signal);
 
-/// Does what the daemons had to do until the present time of the camera's clock.
+/// Ends a daemon as a signal or a command asks it to.
+void terminate_daemon(camera_state& state, fake_daemon& daemon);
+
+/// Does what the daemons and the air had to do until the present time of the camera's clock.
 void advance_daemons(camera_state& state);
+
+/// When they next have something to do; 0 for never.
+std::int64_t daemons_due(const camera_state& state);

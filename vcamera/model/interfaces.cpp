@@ -30,7 +30,11 @@ void bring(camera_state& state, int interface, bool up) {
     if (state.adapter == adapter_family::mediatek) {
         mtk_radio_bring(&state.mtk, &state.air, interface, up);
     } else {
+        if (interface == REALTEK_STATION && !up)
+            supplicant_bring(state, up);
         realtek_radio_bring(state.realtek, interface, up);
+        if (interface == REALTEK_STATION && up)
+            supplicant_bring(state, up);
     }
     show_operstate(state, interface, scratch_folder());
 }

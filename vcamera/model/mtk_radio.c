@@ -247,6 +247,17 @@ void mtk_radio_bring(struct mtk_radio* radio, const struct air* air, int vif, in
         update_join(radio, air, vif);
 }
 
+void mtk_radio_leave_gone(struct mtk_radio* radio, const struct air* air) {
+    for (int vif = MTK_CLIENT_2G; vif < MTK_VIFS; ++vif) {
+        const int joined = radio->vifs[vif].joined;
+        if (joined == 0 || !air->points[joined - 1].gone)
+            continue;
+        if (mtk_wps_holds(&radio->wps, vif))
+            mtk_wps_end(&radio->wps);
+        update_join(radio, air, vif);
+    }
+}
+
 /* A session needs an AP-client that is on, an enrollee's role and the push-button way. */
 static int can_begin(const struct mtk_radio* radio, int vif) {
     const struct mtk_vif* client = &radio->vifs[vif];

@@ -74,6 +74,9 @@ struct mtk_radio {
 
 void mtk_radio_bring(struct mtk_radio* radio, const struct air* air, int vif, int up);
 
+/* Leaves the access points that have gone from the air. */
+void mtk_radio_leave_gone(struct mtk_radio* radio, const struct air* air);
+
 /* Private request "set": one Key=Value text, without a NUL.
    `now` is the caller's clock in milliseconds, here and below. */
 enum mtk_answer mtk_radio_set(struct mtk_radio* radio, const struct air* air, int vif,

@@ -149,6 +149,8 @@ size_t mtk_survey_table(const struct access_point* points, int count, int layout
     size_t length = 0;
     for (int i = -1; i < count; ++i) {
         struct line line = {.length = 0};
+        if (i >= 0 && points[i].gone)
+            continue;
         if (i < 0) {
             print_header(layout, &line);
         } else if (layout == 1) {

@@ -24,7 +24,8 @@ void mtk_wps_begin(struct mtk_wps* wps, const struct air* air, int vif, int five
     static const uint8_t by_buttons[] = {NOBODY, JOINING, OVERLAP};
     int pressed = 0;
     for (int i = 0; i < air->count; ++i) {
-        if (!air->points[i].button || (air->points[i].mhz >= 5000) != five_ghz)
+        if (air->points[i].gone || !air->points[i].button ||
+            (air->points[i].mhz >= 5000) != five_ghz)
             continue;
         wps->point = i + 1;
         pressed += pressed < 2;

@@ -35,6 +35,8 @@ int ifconfig(camera_state& state, const words& command, program_output& output) 
         const bool down = command[i] == "down";
         if (!down && command[i] != "up" && inet_aton(command[i].c_str(), &address) == 0)
             return fail(output, "ifconfig: bad address '" + command[i] + "'");
+        if (!down && command[i] != "up")
+            state.addresses[interface].set = address.s_addr;
         bring(state, interface, !down); // an address, too, brings an interface up
     }
     return 0;

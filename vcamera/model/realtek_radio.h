@@ -23,11 +23,6 @@ struct realtek_radio {
         std::int32_t channel; // the one that hostapd asked for
     } vifs[REALTEK_VIFS];
 
-    // wpa_supplicant's search for its network.
-    std::uint8_t searches;
-    std::int32_t found;         // what its scans come upon; as `joined`
-    std::int64_t searches_from; // microseconds of the camera's clock
-
     // How the driver scans.
     frequency_form frequencies;
     std::int32_t busy;      // how often it answers that a scan is still running
@@ -41,16 +36,3 @@ struct realtek_radio {
 void realtek_radio_bring(realtek_radio& radio, int vif, bool up);
 
 int realtek_radio_channel(const realtek_radio& radio, const air& air, int vif);
-
-/// wpa_supplicant begins to search.
-/// @param found the number, from 1, of the access point that it will join; 0 for none.
-void realtek_radio_search(realtek_radio& radio, int found, std::int64_t now);
-
-/// It ends, and with it the association.
-void realtek_radio_stop_search(realtek_radio& radio);
-
-/// Joins the network when the first scan is through.
-void realtek_radio_advance(realtek_radio& radio, std::int64_t now);
-
-/// @return whether one of wpa_supplicant's scans is running.
-bool realtek_radio_scans(const realtek_radio& radio, std::int64_t now);

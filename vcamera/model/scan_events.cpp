@@ -89,10 +89,15 @@ std::string frequency(const access_point& point, frequency_form form) {
     return channel + event(SIOCGIWFREQ, padded(bytes_of<std::int32_t>(point.mhz) + short_of(6), 8));
 }
 
+/// The beacon of a network that hides has NULs for its name.
+std::string told_name(const access_point& point) {
+    const std::string name(reinterpret_cast<const char*>(point.ssid), point.ssid_length);
+    return point.hidden != 0 ? std::string(name.size(), '\0') : name;
+}
+
 std::string events_of(const access_point& point, frequency_form frequencies, int vendor_bytes) {
-    const std::string own_name(reinterpret_cast<const char*>(point.ssid), point.ssid_length);
-    const bool hidden = point.hidden != 0; // such a beacon has NULs for its name
-    const std::string name = hidden ? std::string(own_name.size(), '\0') : own_name;
+    const bool hidden = point.hidden != 0;
+    const std::string name = told_name(point);
     const std::string address(reinterpret_cast<const char*>(point.bssid), sizeof point.bssid);
     const unsigned int encoding = point.security == AIR_OPEN ? IW_ENCODE_DISABLED : 0;
     const std::string quality = bytes_of(point.quality) + bytes_of(point.level);
@@ -110,7 +115,13 @@ std::string events_of(const access_point& point, frequency_form frequencies, int
 
 std::string scan_events(const air& air, frequency_form frequencies, int vendor_bytes) {
     std::string stream;
-    for (int i = 0; i < air.count; ++i)
-        stream += events_of(air.points[i], frequencies, vendor_bytes);
+    for (int i = 0; i < air.count; ++i) {
+        if (air.points[i].gone == 0)
+            stream += events_of(air.points[i], frequencies, vendor_bytes);
+    }
     return stream;
+}
+
+std::string beacon_elements(const access_point& point, int vendor_bytes) {
+    return elements(point, told_name(point), vendor_bytes);
 }

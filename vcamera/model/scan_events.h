@@ -10,3 +10,6 @@
 
 /// @param vendor_bytes how much every beacon carries that nobody reads.
 std::string scan_events(const air& air, frequency_form frequencies, int vendor_bytes);
+
+/// The information elements of an access point's beacon.
+std::string beacon_elements(const access_point& point, int vendor_bytes);

@@ -13,6 +13,8 @@
 #include <fstream>
 #include <sstream>
 
+#include <arpa/inet.h>
+
 #include "vcamera/model/camera_state.h"
 #include "vcamera/model/network_tables.h"
 #include "vcamera/model/paths.h"
@@ -62,6 +64,11 @@ const std::vector<json_keyword> frequency_forms = {
     {"kernel", static_cast<int>(frequency_form::kernel)},
     {"channel", static_cast<int>(frequency_form::channel)}};
 
+const std::vector<json_keyword> manners = {{"good", static_cast<int>(control_manner::good)},
+                                           {"lies", static_cast<int>(control_manner::lies)},
+                                           {"floods", static_cast<int>(control_manner::floods)},
+                                           {"silent", static_cast<int>(control_manner::silent)}};
+
 /// By adapter, in the order of its driver's vifs.
 const std::vector<std::string> interface_names[] = {
     {}, {"ra0", "wlan0", "apclii0"}, {"wlan0", "wlan1"}};
@@ -96,19 +103,30 @@ int mhz_of_channel(int channel) {
     return (channel < 14 ? 2407 : 5000) + 5 * channel;
 }
 
-access_point read_access_point(const json_reader& from) {
+void read_address(const json_reader& from, std::uint8_t (&address)[6]) {
+    const std::string bytes = octets(from, sizeof address, ":");
+    if (bytes.size() != sizeof address)
+        from.refuse("six octets");
+    std::copy(bytes.begin(), bytes.end(), address);
+}
+
+/// Milliseconds, in microseconds.
+std::int64_t read_time(const json_reader& from) {
+    return std::int64_t{1000} * from.number(0, INT_MAX);
+}
+
+/// @param now by the camera's clock
+access_point read_access_point(const json_reader& from, std::int64_t now) {
     from.only({"ssid", "ssid_hex", "hidden", "bssid", "channel", "mhz", "security", "cipher",
-               "group", "mode", "level", "quality", "key", "button"});
+               "group", "mode", "level", "quality", "key", "button", "rejects",
+               "vanishes_after_ms"});
     access_point point{};
     const json_reader hex = from.get("ssid_hex");
     const std::string ssid =
         hex.given() ? octets(hex, AIR_SSID_MAX, "") : from.get("ssid").text(AIR_SSID_MAX);
     std::copy(ssid.begin(), ssid.end(), point.ssid);
     point.ssid_length = static_cast<std::uint8_t>(ssid.size());
-    const std::string bssid = octets(from.get("bssid"), 6, ":");
-    if (bssid.size() != 6)
-        from.get("bssid").refuse("six octets");
-    std::copy(bssid.begin(), bssid.end(), point.bssid);
+    read_address(from.get("bssid"), point.bssid);
     const int mhz = mhz_of_channel(from.get("channel", 1).number(1, 196));
     point.mhz = static_cast<std::uint16_t>(from.get("mhz", mhz).number(2412, 5980));
     point.security = static_cast<std::uint8_t>(from.get("security", "open").word(securities));
@@ -126,6 +144,9 @@ access_point read_access_point(const json_reader& from) {
     point.quality = static_cast<std::uint8_t>(from.get("quality", percent).number(0, 255));
     const std::string key = from.get("key", "").text(AIR_KEY_MAX);
     std::copy(key.begin(), key.end(), point.key);
+    point.rejects = static_cast<std::uint16_t>(from.get("rejects", 0).number(0, UINT16_MAX));
+    if (const json_reader after = from.get("vanishes_after_ms"); after.given())
+        point.vanishes_at = std::max<std::int64_t>(now + read_time(after), 1);
     return point;
 }
 
@@ -163,6 +184,31 @@ void read_interfaces(const json_reader& scene, camera_state& state) {
         name.copy(state.interfaces[number], sizeof(short_text) - 1);
         up_flag(state, static_cast<int>(number)) = entry.get("state").word(interface_states) != 0;
     }
+}
+
+void read_addresses(const json_reader& scene, camera_state& state) {
+    for (const auto& [name, entry] : scene.get("addresses", json::object()).entries()) {
+        entry.only({"address", "after_ms"});
+        const auto* found =
+            std::find(std::begin(state.interfaces), std::end(state.interfaces), name);
+        if (name.empty() || found == std::end(state.interfaces))
+            entry.refuse("an interface that the camera has");
+        in_addr address{};
+        if (inet_pton(AF_INET, entry.get("address").text(INET_ADDRSTRLEN).c_str(), &address) != 1)
+            entry.get("address").refuse("an IPv4 address");
+        interface_addresses& kept = state.addresses[found - std::begin(state.interfaces)];
+        kept.offered = address.s_addr;
+        kept.after = read_time(entry.get("after_ms", 0));
+    }
+}
+
+visitor read_visitor(const json_reader& from) {
+    from.only({"address", "after_ms", "signal"});
+    visitor visitor{};
+    read_address(from.get("address"), visitor.address);
+    visitor.after = read_time(from.get("after_ms", 0));
+    visitor.signal = static_cast<std::int8_t>(from.get("signal", -60).number(-127, 0));
+    return visitor;
 }
 
 void read_survey(const json_reader& scene, camera_state& state) {
@@ -210,9 +256,12 @@ json parse(const std::string& text) {
 }
 
 camera_state read_state(const json_reader& scene) {
-    scene.only({"adapter", "usb", "interfaces", "wired", "clock_ms", "air", "best_channel",
-                "hostapd", "frequencies", "survey_table", "scan", "wps", "wps_profile", "registers",
-                "answers", "missing_programs", "stubborn", "faults", "files"});
+    scene.only({"adapter",     "usb",          "interfaces",   "wired",
+                "clock_ms",    "air",          "best_channel", "hostapd",
+                "frequencies", "survey_table", "scan",         "wps",
+                "wps_profile", "registers",    "answers",      "missing_programs",
+                "stubborn",    "faults",       "files",        "addresses",
+                "visitors",    "control"});
     camera_state state{};
     std::copy(std::begin(state_layout), std::end(state_layout), state.layout);
     state.size = sizeof state;
@@ -221,6 +270,8 @@ camera_state read_state(const json_reader& scene) {
     state.wired = scene.get("wired", false).yes();
     state.clock_us = std::int64_t{1000} * scene.get("clock_ms", 0).number(0, INT_MAX);
     read_interfaces(scene, state);
+    read_addresses(scene, state);
+    state.control.manner = static_cast<control_manner>(scene.get("control", "good").word(manners));
     state.hostapd =
         static_cast<hostapd_build>(scene.get("hostapd", "adapter").word(hostapd_builds));
     state.realtek.frequencies =
@@ -231,8 +282,13 @@ camera_state read_state(const json_reader& scene) {
     const json none = json::array();
     read_list(scene.get("air", none), state.air.points,
               [&](const json_reader& item, access_point& point) {
-                  point = read_access_point(item);
+                  point = read_access_point(item, state.clock_us);
                   ++state.air.count;
+              });
+    read_list(scene.get("visitors", none), state.visitors,
+              [&](const json_reader& item, visitor& visitor) {
+                  visitor = read_visitor(item);
+                  ++state.visitors_expected;
               });
     read_list(scene.get("missing_programs", none), state.missing_programs, copy_text);
     read_list(scene.get("stubborn", none), state.stubborn, copy_text);
@@ -268,8 +324,9 @@ void write_files(const json_reader& scene, camera_state& state, const std::strin
     write_file(scratch + "/state", {reinterpret_cast<const char*>(&state), sizeof state});
     write_file(scratch + "/journal", "");
     write_file(scratch + "/dev/console", "");
-    for (const char* folder : {"/etc", "/tmp"})
+    for (const char* folder : {"/etc", "/tmp", "/run", "/var"})
         fs::create_directories(scratch + folder);
+    fs::create_symlink("../run", scratch + "/var/run");
     if (state.usb == usb_listing::proc)
         write_file(scratch + "/proc/bus/usb/devices", usb_devices[static_cast<int>(state.adapter)]);
     for (int i = 0; i < MTK_VIFS; ++i) {
