@@ -13,6 +13,7 @@ constexpr std::string_view files[] = {
     "/etc/camera.conf.new",
     "/tmp/debug_level",
     "/tmp/ap_list",
+    "/var/run/wlanctl.lock",
     "/tmp/udhcpd.conf",
     "/tmp/udhcpd.pid",
     "/tmp/hostapd.conf",
