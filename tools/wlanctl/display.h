@@ -20,7 +20,7 @@ display answer_display();
 /// Characters to draw with.
 struct marks {
     const char* full;
-    const char* half;      ///< a lighter one
+    const char* half; ///< a lighter one
     const char* empty;
     const char* levels[9]; ///< from nothing to full, for the heights of a curve
     int steps;             ///< of levels that differ

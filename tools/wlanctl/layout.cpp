@@ -15,7 +15,8 @@ bool continues(char c) {
 } // namespace
 
 std::size_t width(const std::string& text) {
-    return text.size() - static_cast<std::size_t>(std::count_if(text.begin(), text.end(), continues));
+    return text.size() -
+           static_cast<std::size_t>(std::count_if(text.begin(), text.end(), continues));
 }
 
 std::string padded(const std::string& text, std::size_t columns) {
@@ -46,7 +47,9 @@ std::string aligned(const std::vector<text_row>& rows, const std::string& indent
         text += indent;
         for (std::size_t i = 0; i + 1 < line.size(); ++i)
             text += padded(line[i], widths[i] + 2);
-        text += line.back() + "\n";
+        text += line.back();
+        text.resize(text.find_last_not_of(' ') + 1); // of empty cells
+        text += "\n";
     }
     return text;
 }

@@ -116,8 +116,8 @@ void add_daemons(text_rows& rows, const answer& daemons) {
         const bool runs = daemon.at("running").number() != 0;
         const bool left = daemon.at("present").number() != 0;
         rows.push_back({title, daemon.at("name").text() + (runs   ? " runs"
-                                                           : left ? " has ended, its pid file stays"
-                                                                  : " does not run")});
+                                                           : left ? " has ended"
+                                                                  : " not running")});
         title.clear();
     }
 }

@@ -166,7 +166,5 @@ int signal_share(const answer& station) {
 std::string signal_text(const answer& station) {
     const answer& percent = station.at("signal_percent");
     const answer& dbm = station.at("signal_dbm");
-    return !percent.is_null() ? percent.cell() + " %"
-           : !dbm.is_null()   ? dbm.cell() + " dBm"
-                              : "-";
+    return !percent.is_null() ? percent.cell() + " %" : !dbm.is_null() ? dbm.cell() + " dBm" : "-";
 }
