@@ -15,9 +15,11 @@
 
 namespace {
 
-constexpr marks blocks = {"█", "▒", "·", {" ", "▁", "▂", "▃", "▄", "▅", "▆", "▇", "█"}, 8};
-constexpr marks letters = {"#", "+", ".", {" ", "#", "#", "#", "#", "#", "#", "#", "#"}, 1};
+constexpr marks blocks = {"█", "▒", "·", "│", "×", {" ", "▁", "▂", "▃", "▄", "▅", "▆", "▇", "█"}};
+constexpr marks letters = {"#", "+", ".", "|", "x", {" ", ".", ".", ":", ":", "|", "|", "#", "#"}};
 
+constexpr int usual_columns = 80; // a serial line tells none
+constexpr int usual_rows = 24;
 constexpr int least_columns = 20;
 constexpr int most_columns = 1000;
 
@@ -26,14 +28,14 @@ const char* variable(const char* name) {
     return value != nullptr ? value : "";
 }
 
-std::size_t columns_of(int terminal) {
-    int columns = std::atoi(variable("COLUMNS"));
+void measure(int terminal, display& display) {
     winsize size{};
-    if (columns <= 0 && ioctl(terminal, TIOCGWINSZ, &size) == 0)
-        columns = size.ws_col;
-    constexpr int usual = 80; // a serial line tells none
-    return static_cast<std::size_t>(
-        columns <= 0 ? usual : std::clamp(columns, least_columns, most_columns));
+    if (ioctl(terminal, TIOCGWINSZ, &size) != 0)
+        size = {};
+    const int asked = std::atoi(variable("COLUMNS"));
+    const int columns = asked > 0 ? asked : size.ws_col > 0 ? size.ws_col : usual_columns;
+    display.columns = static_cast<std::size_t>(std::clamp(columns, least_columns, most_columns));
+    display.rows = size.ws_row > 0 ? size.ws_row : usual_rows;
 }
 
 bool takes_utf8() {
@@ -65,8 +67,9 @@ display answer_display() {
     if (!display.is_terminal)
         return display;
     display.utf8 = takes_utf8();
-    display.columns = columns_of(stream);
-    display.colours = *variable("NO_COLOR") == '\0' && std::strcmp(variable("TERM"), "dumb") != 0;
+    measure(stream, display);
+    display.moves = std::strcmp(variable("TERM"), "dumb") != 0;
+    display.colours = display.moves && *variable("NO_COLOR") == '\0';
     return display;
 }
 

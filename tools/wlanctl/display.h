@@ -8,7 +8,9 @@
 
 struct display {
     bool is_terminal = false;
+    bool moves = false;      ///< its cursor can be moved
     std::size_t columns = 0; ///< 0: as many as it takes
+    std::size_t rows = 0;    ///< likewise
     bool utf8 = false;
     bool colours = false;
 };
@@ -22,8 +24,9 @@ struct marks {
     const char* full;
     const char* half; ///< a lighter one
     const char* empty;
-    const char* levels[9]; ///< from nothing to full, for the heights of a curve
-    int steps;             ///< of levels that differ
+    const char* axis;      ///< of a curve
+    const char* gap;       ///< in a curve
+    const char* levels[9]; ///< of a curve, from nothing to full
 };
 
 const marks& marks_of(const display& display);

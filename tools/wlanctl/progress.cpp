@@ -56,19 +56,24 @@ void show_progress(progress_form chosen) {
     form = chosen;
 }
 
-void tell_progress(const char* event, const answer& fields) {
+progress_form shown_progress() {
+    return form;
+}
+
+bool tell_progress(const char* event, const answer& fields) {
     if (form == progress_form::none)
-        return;
+        return true;
     answer line = {{"event", event}};
     for (const auto& [name, value] : fields.fields())
         line.set(name, value);
     line.escape_texts();
     if (form == progress_form::terminal) {
         print_sentence(event, line);
-    } else if (diagnostics::answers() != nullptr) {
-        std::fprintf(diagnostics::answers(), "%s\n", line.json_line().c_str());
-        std::fflush(diagnostics::answers());
+        return true;
     }
+    return diagnostics::answers() != nullptr &&
+           std::fprintf(diagnostics::answers(), "%s\n", line.json_line().c_str()) > 0 &&
+           std::fflush(diagnostics::answers()) == 0;
 }
 
 void tell_warning(const std::string& text) {

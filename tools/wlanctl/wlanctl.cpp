@@ -38,6 +38,7 @@ constexpr char examples[] = R"(Examples:
   wlanctl join Office --key-file /root/key      the key from a file
   echo "$KEY" | wlanctl join Office --key-file -
   wlanctl join -- -odd-name-                    a name that begins with a dash
+  wlanctl watch                                 link and signal as they change
   wlanctl wps                                   a network by the router's WPS button
   wlanctl doctor                                what the camera lacks
   wlanctl --json status | jq .interfaces
@@ -161,7 +162,7 @@ int carry_out(int argc, char** argv) {
     wlanctl.add_flag("--verbose", "Show what the library and its programs print");
     for (const auto add :
          {add_adapter_command, add_survey_command, add_store_command, add_mode_commands,
-          add_wps_command, add_status_command, add_bbp_command, add_doctor_command})
+          add_wps_command, add_status_command, add_watch_command, add_bbp_command, add_doctor_command})
         add(wlanctl, result);
     wlanctl.footer(examples); // last, since commands take over what stands here when they are added
 
@@ -179,7 +180,7 @@ int carry_out(int argc, char** argv) {
         diagnostics::take_in();
         outcome.told.escape_texts();
         outcome.error = escape(outcome.error);
-        spoken = json ? as_lines_of_json(outcome, progress) : as_people_read(outcome, verbose);
+        spoken = json ? as_lines_of_json(outcome, shown_progress() == progress_form::json) : as_people_read(outcome, verbose);
     } catch (const CLI::Success& asked) {
         std::ostringstream text;
         wlanctl.exit(asked, text, text);
