@@ -3,6 +3,7 @@
 
 #include "tests/wlanctl/wlanctl_test.h"
 
+#include <algorithm>
 #include <sstream>
 
 namespace {
@@ -121,14 +122,16 @@ TEST_F(wlanctl, fullest_and_clearest_channels_are_told) {
 
 TEST_F(wlanctl, survey_fits_the_terminal) {
     plug_in(crowded(realtek).air(access_point("A meeting room, the second floor").level(-50)));
-    for (const std::string arguments : {"survey", "survey --all", "survey --channels", "status"}) {
+    for (const std::string arguments : {"survey", "survey --all", "survey --channels", "status", "doctor"}) {
         for (const std::size_t columns : {40U, 80U}) {
             SCOPED_TRACE(arguments + " in " + std::to_string(columns));
             const std::string environment = "env NO_COLOR=1 LC_ALL=C COLUMNS=" + std::to_string(columns) + " ";
             const terminal terminal(environment + command(arguments));
             const std::string shown = terminal.show("nothing that it shows");
             const std::size_t progress = shown.rfind("\033[K");
-            const std::string answer = shown.substr(progress == std::string::npos ? 0 : progress + 3);
+            const std::size_t start = progress == std::string::npos ? 0 : progress + 3;
+            const std::string answer =
+                shown.substr(start, std::min(shown.find(folder), shown.find("wlanctl: ")) - start);
             for (const std::string& line : lines_of(answer))
                 EXPECT_LE(line.size(), columns + 1) << line; // and a carriage return
             EXPECT_EQ(answer.find_first_of("\033\xe2"), std::string::npos);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What `wlanctl status` and `wlanctl watch` tell of what runs.
+// What `wlanctl status`, `wlanctl watch` and `wlanctl doctor` tell of what runs.
 
 #include "tests/wlanctl/wlanctl_test.h"
 
@@ -126,6 +126,47 @@ TEST_F(wlanctl, watch_draws_until_ctrl_c) {
     }
     const terminal dumb("env TERM=dumb " + command("watch --count 1"));
     EXPECT_TRUE(has(dumb.show("nothing that it shows"), "0:00:00  A name"));
+}
+
+TEST_F(wlanctl, doctor_looks_at_what_runs) {
+    const auto row_of = [&](const std::string& what) {
+        run("--json doctor");
+        const auto answer = nlohmann::json::parse(out);
+        for (const auto& check : answer["checks"]) {
+            if (check["what"].get<std::string>().find(what) == 0)
+                return check;
+        }
+        return nlohmann::json();
+    };
+    plug_in(realtek);
+    EXPECT_EQ(row_of("control socket"), nullptr);
+    EXPECT_EQ(run("join Office --key office-key"), 0);
+    EXPECT_EQ(row_of("control socket of wpa_supplicant")["breaks"], nullptr);
+    plug_in(realtek.fault("connect", "ECONNREFUSED").match("hostapd").times(0));
+    EXPECT_EQ(run("ap start --ssid Camera --wait 0"), 0);
+    EXPECT_EQ(row_of("control socket of hostapd")["found"], nullptr);
+    EXPECT_TRUE(has(row_of("control socket of hostapd")["breaks"].dump(), "guessed"));
+}
+
+TEST_F(wlanctl, doctor_sees_descriptors_run_out) {
+    plug_in(mediatek);
+    const std::string watching = command("watch --interval 3600", "1");
+    // Of 220 descriptors the command uses less than 20 itself, and the camera one from 200 on.
+    const std::string taken = "for i in {20..190}; do eval \"exec $i</dev/null\"; done; ";
+    for (const auto& [preparation, breaks] : {std::pair<std::string, bool>("", false), {taken, true}}) {
+        SCOPED_TRACE(preparation);
+        const terminal terminal("bash -c 'ulimit -n 220; " + preparation + "exec " + watching + "'");
+        terminal.show("Ctrl-C ends");
+        run("--json doctor");
+        const auto answer = nlohmann::json::parse(out);
+        const auto row = std::find_if(answer["checks"].begin(), answer["checks"].end(), [](const auto& check) {
+            return check["what"].template get<std::string>().find("descriptors of wlanctl") == 0 &&
+                   has(check["found"].dump(), " of 220");
+        });
+        ASSERT_NE(row, answer["checks"].end());
+        EXPECT_EQ((*row)["breaks"] != nullptr, breaks) << *row;
+        EXPECT_EQ(terminal.press_ctrl_c(), 0);
+    }
 }
 
 } // namespace
