@@ -20,6 +20,8 @@ constexpr std::size_t longest_name = 32;
 constexpr unsigned char first_key = 1;
 constexpr int first_5g_channel = 15;
 constexpr int patience = 20; // seconds until an association counts as failed
+/// Seconds: with a wrong key the link comes, too, and is broken off again within this time.
+constexpr int handshake = 6;
 
 bool contains(const char* text, const char* word) {
     return std::strstr(text, word) != nullptr;
@@ -46,12 +48,12 @@ bool join(std::string& name, sites& site, std::string& key) {
                        key.data(), site.channel, first_key) != 0)
         return false;
     const bool second_station = isMtkWifi() == 1 && site.channel >= first_5g_channel;
-    for (int second = 0; second < patience; ++second) {
-        if (does_wifi_associated(second_station ? "apclii0" : "wlan0") == 1)
-            return true;
+    int linked = 0;
+    for (int second = 0; second < patience && linked < handshake; ++second) {
+        linked = does_wifi_associated(second_station ? "apclii0" : "wlan0") == 1 ? linked + 1 : 0;
         sleep(1);
     }
-    return false;
+    return linked == handshake;
 }
 
 } // namespace

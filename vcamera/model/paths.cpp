@@ -19,6 +19,8 @@ constexpr std::string_view files[] = {
     "/tmp/hostapd.pid",
     "/tmp/wpa_supplicant.conf",
     "/tmp/wpa_supplicant.pid",
+    "/run/wlanctl.lock",
+    "/var/run/wlanctl.lock",
     "/dev/console",
     "/dev/rfkill",
     "/run/dbus/system_bus_socket", // by which programs have the host's network daemons do it
