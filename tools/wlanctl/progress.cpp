@@ -81,7 +81,9 @@ void tell_warning(const std::string& text) {
 }
 
 void clear_progress() {
-    if (on_terminal)
+    if (on_terminal) {
         std::fputs("\r\033[K", diagnostics::messages());
+        std::fflush(diagnostics::messages());
+    }
     on_terminal = false;
 }
