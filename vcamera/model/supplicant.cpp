@@ -279,6 +279,7 @@ void supplicant_disconnect(camera_state& state) {
     if (state.supplicant.step == supplicant_step::disabled)
         return;
     leave(state, by_own_choice);
+    tell(state, "CTRL-EVENT-DSCP-POLICY clear_all");
     go(state.supplicant, supplicant_step::disconnected, 0);
 }
 
