@@ -117,12 +117,12 @@ TEST_F(control, a_search_is_told_step_by_step) {
         {"open", office().key("security", "open"), "key_mgmt=NONE", 5, tried + lines{associated, connected, subnet},
          "COMPLETED"},
         {"wrong key", office(), "psk=\"other-key\"", 22,
-         tried + lines{associated, subnet, "<3>CTRL-EVENT-DISCONNECTED bssid=02:00:00:00:01:00 reason=15",
-                       "<3>WPA: 4-Way Handshake failed - pre-shared key may be incorrect",
-                       "<3>CTRL-EVENT-SSID-TEMP-DISABLED id=0 ssid=\"Office\" auth_failures=1 duration=10 "
-                       "reason=WRONG_KEY",
-                       started, results, started, results, "<3>CTRL-EVENT-SSID-REENABLED id=0 ssid=\"Office\"", try_it,
-                       associate, associated, subnet},
+         tried +
+             lines{associated, subnet, "<3>CTRL-EVENT-DISCONNECTED bssid=02:00:00:00:01:00 reason=15",
+                   "<3>WPA: 4-Way Handshake failed - pre-shared key may be incorrect",
+                   "<3>CTRL-EVENT-SSID-TEMP-DISABLED id=0 ssid=\"Office\" auth_failures=1 duration=10 reason=WRONG_KEY",
+                   started, results, started, results, "<3>CTRL-EVENT-SSID-REENABLED id=0 ssid=\"Office\"", try_it,
+                   associate, associated, subnet},
          "4WAY_HANDSHAKE"},
         {"not heard",
          access_point("Other"),
@@ -311,7 +311,7 @@ TEST_F(control, waiting_for_a_daemon_moves_the_clock) {
         return timed([&] { return select(socket.fd + 1, &set, nullptr, nullptr, wait); });
     };
     EXPECT_EQ(poll_for(1000), std::pair(0, 1000L)); // nothing is due to who has not attached
-    wpa_ctrl_attach(daemon.get());
+    ASSERT_EQ(wpa_ctrl_attach(daemon.get()), 0);
     EXPECT_EQ(poll_for(10000), std::pair(1, 2690L)); // the scan ends 3.7 s after the start
     EXPECT_EQ(events(daemon).size(), 3U);
     EXPECT_EQ(select_for(nullptr), std::pair(1, 50L));
