@@ -20,6 +20,7 @@ constexpr std::size_t longest_name = 32;
 constexpr unsigned char first_key = 1;
 constexpr int first_5g_channel = 15;
 constexpr int patience = 20; // seconds until an association counts as failed
+constexpr int lasting = 6;   // seconds that it must last: with a wrong key it is given up after 4
 
 bool contains(const char* text, const char* word) {
     return std::strstr(text, word) != nullptr;
@@ -46,8 +47,10 @@ bool join(std::string& name, sites& site, std::string& key) {
                        key.data(), site.channel, first_key) != 0)
         return false;
     const bool second_station = isMtkWifi() == 1 && site.channel >= first_5g_channel;
+    int lasts = 0;
     for (int second = 0; second < patience; ++second) {
-        if (does_wifi_associated(second_station ? "apclii0" : "wlan0") == 1)
+        lasts = does_wifi_associated(second_station ? "apclii0" : "wlan0") == 1 ? lasts + 1 : 0;
+        if (lasts > lasting)
             return true;
         sleep(1);
     }

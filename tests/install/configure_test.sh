@@ -12,6 +12,7 @@ no_tools="libcli11-dev is missing; install it or configure with -DLIBWLAN_TOOLS=
 no_camera="libcli11-dev nlohmann-json3-dev are missing; install them or configure with -DLIBWLAN_SIM=OFF"
 no_examples="nlohmann-json3-dev is missing; install it or configure with -DLIBWLAN_EXAMPLES=OFF"
 no_tests="libgtest-dev libcli11-dev nlohmann-json3-dev are missing; install them or configure with -DBUILD_TESTING=OFF"
+no_reasons="libwpa-client-dev is missing; install it or configure with -DLIBWLAN_WPA_CTRL=OFF"
 no_store="libinih-dev is missing; install it or name the firmware's own store with -DLIBWLAN_STORE=LIBRARY"
 
 # configure NAME done|refused OPTION...: what is said of missing packages is read from standard input.
@@ -41,7 +42,9 @@ fi
 configure "a store of the firmware's" 'done' "$without_inih" "${without_packages[@]}" -DLIBWLAN_STORE=firmware \
     -DLIBWLAN_TOOLS=OFF -DLIBWLAN_SIM=OFF -DLIBWLAN_EXAMPLES=OFF -DBUILD_TESTING=OFF </dev/null
 
+# The folders that are passed over hold wpa_ctrl.h and its library, too.
 configure "nothing" refused "$without_inih" "${without_packages[@]}" -DLIBWLAN_TOOLS=ON -DBUILD_TESTING=ON <<END
+-- Without the daemons' own reasons in wlanctl: $no_reasons
 -- Without the virtual camera: $no_camera
 -- Without the examples: $no_examples
  wlanctl: $no_tools

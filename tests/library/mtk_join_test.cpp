@@ -147,6 +147,7 @@ TEST_F(mtk_join, every_command_counts_where_it_stands) {
         channels joined;
     } rows[] = {
         {"in order", commands, {6, -1}},
+        {"automatic connecting ends with a channel", automatic + lines{"Channel=1"}, none},
         {"passphrase before the first SSID", swapped("ApCliSsid=Net", "ApCliWPAPSK=passphrase"), none},
         {"passphrase under another SSID", keyed_for_another, none},
         {"passphrase once more", keyed_for_another + lines{"ApCliWPAPSK=passphrase", "Channel=6"}, {6, -1}},

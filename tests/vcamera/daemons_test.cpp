@@ -8,6 +8,8 @@
 #include <csignal>
 #include <cstring>
 
+#include <arpa/inet.h>
+#include <ifaddrs.h>
 #include <net/if.h> // before the kernel's, which makes way for it
 #include <sys/ioctl.h>
 #include <sys/socket.h>
@@ -28,6 +30,19 @@ constexpr useconds_t end_time = 100000;
 constexpr useconds_t scan_time = 3750000;
 constexpr useconds_t pause_time = 5000000; // between two scans
 
+/// @return the errno of a Wireless Extensions request about the station, 0 for none.
+int ask(unsigned long code, iwreq& request) {
+    std::strcpy(request.ifr_name, "wlan0");
+    const int socket = ::socket(AF_INET, SOCK_DGRAM, 0);
+    const int error = ioctl(socket, code, &request) == 0 ? 0 : errno;
+    close(socket);
+    return error;
+}
+int ask(unsigned long code) {
+    iwreq request{};
+    return ask(code, request);
+}
+
 class daemons : public camera_test {
 protected:
     void plug_in_with_files(const scene& camera) {
@@ -44,19 +59,6 @@ protected:
 
     [[nodiscard]] int pid(const std::string& daemon) const {
         return std::atoi(read("/tmp/" + daemon + ".pid").c_str());
-    }
-
-    /// @return the errno of a Wireless Extensions request about the station, 0 for none.
-    static int ask(unsigned long code, iwreq& request) {
-        std::strcpy(request.ifr_name, "wlan0");
-        const int socket = ::socket(AF_INET, SOCK_DGRAM, 0);
-        const int error = ioctl(socket, code, &request) == 0 ? 0 : errno;
-        close(socket);
-        return error;
-    }
-    static int ask(unsigned long code) {
-        iwreq request{};
-        return ask(code, request);
     }
 };
 
@@ -251,6 +253,81 @@ TEST_F(daemons, channel_comes_in_the_scene_s_form) {
         EXPECT_EQ(watch([&] { return run_site_survey(list); }).result, 0);
         ASSERT_EQ(list.size(), 1U);
         EXPECT_EQ(list[0].channel, row.surveyed);
+    }
+}
+
+const std::string long_name = "Meeting room, second floor, left"; // of 32 bytes
+
+/// What a station tells of the network that it is joined to: "name on MHz or channel, level, address".
+std::string told_network() {
+    char name[IW_ESSID_MAX_SIZE + 1] = "";
+    iwreq request{};
+    request.u.essid = {name, sizeof name, 0};
+    if (ask(SIOCGIWESSID, request) != 0 || request.u.essid.length == 0)
+        return "none";
+    std::string told(name, request.u.essid.length);
+    ask(SIOCGIWFREQ, request);
+    told += print(" on %d", request.u.freq.m);
+    iw_statistics figures{};
+    request.u.data = {&figures, sizeof figures, 1};
+    if (ask(SIOCGIWSTATS, request) == 0)
+        told += print(", %d dBm", static_cast<signed char>(figures.qual.level));
+    ifaddrs* list = nullptr;
+    getifaddrs(&list);
+    for (const ifaddrs* entry = list; entry != nullptr; entry = entry->ifa_next) {
+        if (entry->ifa_addr != nullptr && entry->ifa_name == std::string("wlan0"))
+            told += std::string(", ") + inet_ntoa(reinterpret_cast<sockaddr_in*>(entry->ifa_addr)->sin_addr);
+    }
+    freeifaddrs(list);
+    return told;
+}
+
+class joined : public daemons {
+protected:
+    static void join(const std::string& ssid) {
+        watch([&] {
+            return run_infra_mode(text(ssid), text("00:00:00:00:00:00"), AUTH_WPA2PSK, ENC_AES, text("office-key"), 6,
+                                  1);
+        });
+        usleep(10000000);
+    }
+};
+
+TEST_F(joined, station_tells_its_network_and_address) {
+    const struct {
+        const char* adapter;
+        const char* told;
+    } rows[] = {{"mediatek", " on 6, -48 dBm"}, {"realtek", " on 2437, -48 dBm"}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.adapter);
+        const access_point point = access_point(long_name).channel(6).level(-48).wpa2("office-key");
+        plug_in(scene(row.adapter)
+                    .air(point.key("vanishes_after_ms", 60000))
+                    .key("addresses", {{"wlan0", {{"address", "192.168.8.20"}, {"after_ms", 20000}}}})
+                    .stored(stored_settings().system("Camera", "Example")));
+        EXPECT_EQ(told_network(), "none");
+        join(long_name);
+        EXPECT_EQ(told_network(), long_name + row.told);
+        sleep(20);
+        EXPECT_EQ(told_network(), long_name + row.told + ", 192.168.8.20");
+        watch([] { return std::system("ifconfig wlan0 10.0.0.2"); });
+        EXPECT_EQ(told_network(), long_name + row.told + ", 10.0.0.2");
+        sleep(60); // it has vanished
+        EXPECT_EQ(told_network(), "none");
+        std::vector<sites> list;
+        watch([&] { return run_site_survey(list); });
+        EXPECT_EQ(list.size(), 0U);
+    }
+}
+
+TEST_F(joined, network_that_refuses_is_not_joined) {
+    for (const char* adapter : {"mediatek", "realtek"}) {
+        SCOPED_TRACE(adapter);
+        plug_in(scene(adapter)
+                    .air(access_point("Office").channel(6).wpa2("office-key").key("rejects", 17))
+                    .stored(stored_settings().system("Camera", "Example")));
+        join("Office");
+        EXPECT_EQ(told_network(), "none");
     }
 }
 

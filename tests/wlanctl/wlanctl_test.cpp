@@ -78,7 +78,7 @@ TEST_F(wlanctl, joins_with_the_key_from_its_input) {
     plug_in(mediatek);
     EXPECT_EQ(told("join Office --key-file - --channel 6", "office-key\r\n"),
               "done       joined \"Office\"\nssid       Office\nbssid      02:00:5e:00:00:01\nchannel    6\n"
-              "signal     -40 dBm\ninterface  wlan0\naddress    -\nseconds    0\n");
+              "signal     -40 dBm\ninterface  wlan0\naddress    -\nseconds    4\n");
     EXPECT_TRUE(has(journal(), "ApCliWPAPSK=office-key  -> ok"));
 }
 

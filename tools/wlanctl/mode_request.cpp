@@ -12,7 +12,6 @@
 #include "cancelling.h"
 #include "diagnostics.h"
 #include "libwlan/access_point.h"
-#include "libwlan/clock.h"
 #include "libwlan/store.h"
 #include "libwlan/wlan.h"
 #include "progress.h"
@@ -33,11 +32,6 @@ answer last_lines() {
     if (lines.size() > most)
         lines.erase(lines.begin(), lines.end() - most);
     return answer::list(lines);
-}
-
-int seconds_since(std::uint32_t started) {
-    constexpr unsigned int second_ms = 1000;
-    return static_cast<int>((clock_time() - started) / second_ms);
 }
 
 void add_all(answer& told, const answer& more) {
@@ -108,9 +102,15 @@ private:
         return because({reason::cancelled}, request_.what);
     }
 
-    int seconds_left() const { return std::max(options_.wait - seconds_since(started_), 1); }
+    /// From when the radio was set up: what the library waits for before is its own.
+    int seconds_left() const {
+        constexpr unsigned int second_ms = 1000;
+        const auto waited = static_cast<int>((clock_time() - set_up_at_) / second_ms);
+        return std::max(options_.wait - waited, 1);
+    }
 
     answer outcome() {
+        set_up_at_ = clock_time();
         answer told = {{"outcome", outcome_word()}, {"done", done_sentence()}};
         answer access_point;
         if (request_.opens) {
@@ -123,7 +123,7 @@ private:
         } else {
             add_all(told, access_point);
         }
-        told.set("seconds", seconds_since(started_));
+        told.set("seconds", options_.seconds());
         if (request_.joins && request_.opens)
             told.set("access_point", access_point);
         return told;
@@ -156,13 +156,15 @@ private:
     const mode_request& request_;
     const adapter& found_;
     const request_options& options_;
-    const std::uint32_t started_ = clock_time();
+    std::uint32_t set_up_at_ = clock_time();
 };
 
 /// What came of the stored access point, as its own request would tell it.
 answer fall_back(const adapter& found, const request_options& options) {
     try {
-        const request_options plain = {std::max(options.wait, 1), 0, false, false};
+        request_options plain = options;
+        plain.wait = std::max(options.wait, 1);
+        plain.or_ap = false;
         answer told = {{"ok", true}};
         add_all(told, mode_run(stored_access_point(), found, plain).carry_out());
         return told;
@@ -182,6 +184,11 @@ bool was_cancelled(const failure& failure) {
 }
 
 } // namespace
+
+int request_options::seconds() const {
+    constexpr unsigned int second_ms = 1000;
+    return static_cast<int>((clock_time() - began) / second_ms);
+}
 
 void add_lock_option(CLI::App& command, request_options& options) {
     constexpr int longest = 3600;

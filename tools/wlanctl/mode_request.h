@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <vector>
@@ -10,6 +11,7 @@
 #include "adapter.h"
 #include "answer.h"
 #include "daemons.h"
+#include "libwlan/clock.h"
 #include "watch.h"
 
 namespace CLI {
@@ -21,6 +23,11 @@ struct request_options {
     int lock_wait = 5; ///< seconds for another request to end
     bool address = false;
     bool or_ap = false;
+
+    std::uint32_t began = clock_time(); ///< which wraps
+
+    /// @return how many seconds the request has taken.
+    int seconds() const;
 };
 
 /// Adds --wait and --lock-wait.

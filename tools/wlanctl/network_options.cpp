@@ -76,7 +76,7 @@ void add_network_options(CLI::App& command, network_options& network, const std:
         ->excludes(name);
     command
         .add_option(prefix + "auth", network.auth_word,
-                    "Authentication; without it or a cipher wpa2psk with a key, else open")
+                    "Authentication; without it and a cipher what a survey tells")
         ->check(CLI::IsMember(auth_words()));
     command.add_option(prefix + "enc", network.enc_word, "Cipher; else the authentication's usual")
         ->check(CLI::IsMember(enc_words()));

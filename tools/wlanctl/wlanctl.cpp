@@ -31,22 +31,24 @@ constexpr int wrong_usage = 2;
 constexpr char description[] = "Controls the camera's Wi-Fi radio.";
 
 constexpr char examples[] = R"(Examples:
-  wlanctl adapter                               which adapter, which interfaces
-  wlanctl survey --sort name                    which networks are in range
-  wlanctl ap start --stored                     access point and DHCP server as stored
-  wlanctl ap start --ssid Camera --auth wpa2psk asks for the key
-  wlanctl join Office --key-file /root/key      the key from a file
+  wlanctl survey                                which networks are in range
+  wlanctl survey --channels                     which channel is the clearest
+  wlanctl join Office                           asks for the key when Office needs one
+  wlanctl join Office --key-file /root/key --store   and joins it again at the next start
   echo "$KEY" | wlanctl join Office --key-file -
   wlanctl join -- -odd-name-                    a name that begins with a dash
-  wlanctl watch                                 link and signal as they change
+  wlanctl join --stored --or-ap                 or else the stored access point
+  wlanctl ap start --stored                     access point and DHCP server as stored
   wlanctl wps                                   a network by the router's WPS button
+  wlanctl status                                is it on the network?
+  wlanctl watch                                 link and signal as they change
   wlanctl doctor                                what the camera lacks
   wlanctl --json status | jq .interfaces
 
 Exit status: 0 done, 1 failed, 2 wrong usage. With --json the answer is one object on standard
-output: "ok" and what the command's own help names ("done" and "next" for a mode), or, when "ok" is
-false, "error" and "next". Diagnostics go to standard error. Bytes of names that cannot be printed
-safely are shown as \xHH.)";
+output: "ok" and what the command's own help names, or, when "ok" is false, "reason", "certain",
+"error" and "next". Bytes of names that cannot be printed safely are shown, and taken, as \xHH.
+wlanctl(8) tells reasons and events.)";
 
 /// What becomes of one call.
 struct outcome {

@@ -164,6 +164,7 @@ void await_link(answer& told, const request_options& options) {
     told.set("done", "network obtained, stored and joined");
     for (const auto& [name, value] : sight.found.fields())
         told.set(name, value);
+    told.set("seconds", options.seconds());
 }
 
 answer obtain(const wps_options& options) {

@@ -50,7 +50,7 @@ int select_on_camera(int nfds, fd_set* readfds, fd_set* writefds, fd_set* except
             if (given[i] != nullptr)
                 *given[i] = sets[i]; // the kernel has left there who was ready
         }
-        timeval part = {milliseconds / 1000, milliseconds % 1000 * 1000};
+        timeval part = {milliseconds / 1000, milliseconds % 1000 * 1000L};
         return NEXT(select)(nfds, readfds, writefds, exceptfds, milliseconds < 0 ? nullptr : &part);
     });
 }

@@ -12,17 +12,6 @@
 #include "vcamera/model/interfaces.h"
 #include "vcamera/model/texts.h"
 
-namespace {
-
-/// @return whether data goes through: under wpa_supplicant, once the keys are there.
-bool has_network(const camera_state& state, int interface) {
-    return joined(state, interface) != nullptr &&
-           (state.adapter == adapter_family::mediatek ||
-            state.supplicant.step == supplicant_step::completed);
-}
-
-} // namespace
-
 std::uint32_t address_of_interface(const camera_state& state, int interface) {
     const interface_addresses& addresses = state.addresses[interface];
     if (addresses.set != 0)
@@ -43,7 +32,7 @@ std::optional<std::string> interface_address(const camera_state& state, int inte
 void advance_addresses(camera_state& state, std::int64_t now) {
     for (int i = 0; i < MTK_VIFS; ++i) {
         interface_addresses& addresses = state.addresses[i];
-        const bool joined = has_network(state, i);
+        const bool joined = carries_data(state, i);
         if (joined && addresses.joined == 0)
             addresses.joined_at = now;
         addresses.joined = joined ? 1 : 0;

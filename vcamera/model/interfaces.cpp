@@ -18,10 +18,18 @@ const char* name_of_index(const camera_state& state, unsigned index) {
     return known ? state.interfaces[index - 1] : nullptr;
 }
 
+bool carries_data(const camera_state& state, int interface) {
+    if (name_of_index(state, static_cast<unsigned>(index_of(interface))) == nullptr)
+        return false;
+    return joined(state, interface) != nullptr &&
+           (state.adapter == adapter_family::mediatek ||
+            state.supplicant.step == supplicant_step::completed);
+}
+
 short interface_flags(const camera_state& state, int interface) {
     const bool up = state.adapter == adapter_family::mediatek ? state.mtk.vifs[interface].up
                                                               : state.realtek.vifs[interface].up;
-    const bool carrier = joined(state, interface) != nullptr;
+    const bool carrier = carries_data(state, interface);
     return static_cast<short>(IFF_BROADCAST | IFF_MULTICAST | (up ? IFF_UP : 0) |
                               (carrier ? IFF_RUNNING : 0));
 }

@@ -18,6 +18,9 @@ constexpr int index_of(int interface) {
 /// @return the name, or null when no interface has this number of the kernel's.
 const char* name_of_index(const camera_state& state, unsigned index);
 
+/// @return whether the interface has joined a network, and has the keys that it takes.
+bool carries_data(const camera_state& state, int interface);
+
 /// @return IFF_UP and the others.
 short interface_flags(const camera_state& state, int interface);
 

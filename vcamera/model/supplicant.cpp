@@ -243,9 +243,10 @@ void finish_step(camera_state& state, std::int64_t now) {
 /// @param how the disconnection is told, after its address.
 void leave(camera_state& state, const std::string& how) {
     std::int32_t& joined = joined_point(state);
-    if (joined != 0)
+    if (joined != 0) {
         tell(state, "CTRL-EVENT-DISCONNECTED bssid=" +
                         address_text(state.air.points[joined - 1].bssid) + how);
+    }
     joined = 0;
     state.supplicant.target = 0;
 }
@@ -279,6 +280,7 @@ void supplicant_disconnect(camera_state& state) {
     if (state.supplicant.step == supplicant_step::disabled)
         return;
     leave(state, by_own_choice);
+    tell(state, "CTRL-EVENT-DSCP-POLICY clear_all");
     go(state.supplicant, supplicant_step::disconnected, 0);
 }
 
