@@ -85,6 +85,15 @@ void add_access_point(std::vector<std::string>& lines, const answer& point,
     add_wrapped(lines, addresses, display.columns);
 }
 
+/// At the top, in the middle and at the bottom.
+std::string axis_label(std::size_t row, std::size_t rows, bool in_dbm) {
+    const bool is_middle = rows > 2 && 2 * row == rows;
+    if (row != 0 && row + 1 != rows && !is_middle)
+        return "";
+    const int percent = row == 0 ? 100 : is_middle ? 50 : 0;
+    return std::to_string(in_dbm ? percent / 2 - 100 : percent);
+}
+
 } // namespace
 
 void signal_history::add(int share) {
@@ -104,11 +113,9 @@ std::vector<std::string> signal_history::draw(const display& display, std::size_
     for (std::size_t row = 0; row < rows; ++row) {
         const auto below = static_cast<int>(rows - 1 - row) * levels;
         const auto height = static_cast<int>(rows) * levels;
-        const int top = 100 - static_cast<int>(100 * row / rows); // percent
-        const std::string label = std::to_string(in_dbm ? top / 2 - 100 : top);
+        const std::string label = axis_label(row, rows, in_dbm);
         std::string line =
-            std::string(axis_width - 2 - std::min<std::size_t>(label.size(), 4), ' ');
-        line += label + " " + marks.axis;
+            std::string(axis_width - 2 - label.size(), ' ') + label + " " + marks.axis;
         for (std::size_t i = first; i < shares_.size(); ++i) {
             const int share = shares_[i];
             const int level = std::clamp(share * height / 100, 1, height) - below;
