@@ -63,6 +63,25 @@ TEST_F(wlanctl, status_says_where_the_camera_is) {
     }
 }
 
+TEST_F(wlanctl, status_tells_stations_as_far_as_known) {
+    const nlohmann::json visitors = {{{"address", "02:00:5e:00:00:21"}}, {{"address", "02:00:5e:00:00:22"}}};
+    const nlohmann::json both = {{"count", 2}, {"addresses", {"02:00:5e:00:00:21", "02:00:5e:00:00:22"}}};
+    const struct {
+        const char* control; // socket of hostapd
+        nlohmann::json stations;
+    } rows[] = {{"good", both}, {"floods", both}, {"lies", nullptr}, {"silent", nullptr}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.control);
+        plug_in(realtek.key("best_channel", 6).key("visitors", visitors).key("control", row.control));
+        EXPECT_EQ(run("ap start --ssid Camera --wait 0"), 0);
+        let_seconds_pass();
+        const auto point = nlohmann::json::parse(told("status --json"))["access_point"];
+        EXPECT_EQ(point["stations"], row.stations);
+        EXPECT_EQ(point["ssid"], "Camera"); // from its configuration, where it does not tell
+        EXPECT_EQ(point["channel"], 6);
+    }
+}
+
 TEST_F(wlanctl, status_names_the_request_that_runs) {
     plug_in(realtek);
     run("status");
@@ -144,7 +163,7 @@ TEST_F(wlanctl, doctor_looks_at_what_runs) {
     EXPECT_EQ(row_of("control socket of wpa_supplicant")["breaks"], nullptr);
     plug_in(realtek.fault("connect", "ECONNREFUSED").match("hostapd").times(0));
     EXPECT_EQ(run("ap start --ssid Camera --wait 0"), 0);
-    EXPECT_EQ(row_of("control socket of hostapd")["found"], nullptr);
+    EXPECT_EQ(row_of("control socket of hostapd")["found"], "no answer");
     EXPECT_TRUE(has(row_of("control socket of hostapd")["breaks"].dump(), "guessed"));
 }
 

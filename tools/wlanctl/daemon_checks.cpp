@@ -74,7 +74,7 @@ void check_control(const daemon_process& daemon, const char* path, std::vector<a
     control_socket control(path);
     const bool answers = control.open() && control.reply_to("PING") == "PONG\n";
     checks.push_back(checked(std::string("control socket of ") + daemon.name,
-                             answers ? answer(path) : answer(),
+                             answers ? answer(path) : answer("no answer"),
                              answers ? answer()
                                      : answer("why a network is not joined is guessed, and who is "
                                               "in the camera's own is not told")));

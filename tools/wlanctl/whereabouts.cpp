@@ -101,14 +101,15 @@ answer realtek_access_point() {
         return nullptr;
     control_socket control(hostapd_control);
     const std::string status = control.open() ? control.reply_to("STATUS") : "";
-    if (status.empty()) {
+    const std::string state = value_in(status, "state");
+    if (state.empty()) { // no answer, or none that can be believed
         const int channel = std::atoi(configured("channel").c_str());
         return {{"interface", interface},
                 {"ssid", or_nothing(configured("ssid"))},
                 {"channel", or_nothing(channel)},
                 {"stations", nullptr}};
     }
-    if (value_in(status, "state") == "DISABLED")
+    if (state == "DISABLED")
         return nullptr;
     return {{"interface", interface},
             {"ssid", or_nothing(plain_name(value_in(status, "ssid[0]")))},
