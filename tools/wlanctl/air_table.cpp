@@ -14,7 +14,7 @@
 namespace {
 
 constexpr std::size_t gap = 2;          // between columns
-constexpr std::size_t enough_name = 20; // before other columns are given up for it
+constexpr std::size_t enough_name = 32; // before other columns are given up for it
 constexpr std::size_t least_name = 6;
 
 /// How much is told about each network.

@@ -109,11 +109,11 @@ void add_survey_command(CLI::App& wlanctl, answer& result) {
         ->capture_default_str();
     add_lock_option(command, options->request);
     command.footer(
-        "A name as it stands here can be given to join. Without --all not listed: hidden "
-        "networks,\n"
-        "those with a login on a server (MediaTek), WEP (Realtek), and of one name all but one. "
-        "On\n"
-        "Realtek a login on a server is listed as WPA2-PSK, and joining it fails.\n"
+        "A name as it stands here can be given to join, unless a narrow terminal cut it ('~').\n"
+        "Without --all not listed: hidden networks, those with a login on a server (MediaTek), "
+        "WEP\n"
+        "(Realtek), and of one name all but one. On Realtek a login on a server is listed as "
+        "WPA2-PSK,\nand joining it fails.\n"
         "A MediaTek driver that refuses leaves the list empty and the exit status 0.\n"
         "With --json: listed, networks [name, bssid, channel, band, security, and signal_percent "
         "or\n"
