@@ -150,9 +150,9 @@ TEST_F(outcome_test, stored_access_point_comes_back_up) {
 TEST_F(outcome_test, lying_daemons_do_not_join) {
     for (const char* control : {"lies", "floods", "silent"}) {
         SCOPED_TRACE(control);
-        plug_in(scene("realtek").air(home).key("control", control));
-        const json outcome = outcome_of("join Office --auth wpa2psk --key-file - --wait 10", "office-key");
-        EXPECT_EQ(outcome["ok"], false);
+        plug_in(scene("realtek").air(office).key("control", control));
+        const json outcome = outcome_of("join Office --key-file - --wait 20", "wrong-key");
+        EXPECT_EQ(outcome["ok"], false) << lines_;
         EXPECT_FALSE(outcome.value("reason", "").empty());
     }
 }
