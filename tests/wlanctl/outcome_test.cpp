@@ -26,7 +26,7 @@ protected:
 
     /// Holds every line that was told against the schema.
     ~outcome_test() override {
-        write("/lines", all_lines_);
+        write("/lines", all_lines);
         EXPECT_EQ(std::system(SCHEMA_CHECK " " PROGRESS_SCHEMA " <lines >schema.out 2>&1"), 0) << read("/schema.out");
     }
 
@@ -34,17 +34,17 @@ protected:
     /// @return the last line.
     json outcome_of(const std::string& arguments, const std::string& key = "") {
         const int status = run("--json --progress " + arguments, key);
-        lines_ = out;
-        all_lines_ += out;
-        const std::string last = lines_.substr(lines_.rfind('\n', lines_.size() - 2) + 1);
+        lines = out;
+        all_lines += out;
+        const std::string last = lines.substr(lines.rfind('\n', lines.size() - 2) + 1);
         json outcome = json::parse(last, nullptr, false);
-        EXPECT_EQ(outcome.value("event", ""), "outcome") << lines_;
-        EXPECT_EQ(status, outcome.value("ok", false) ? 0 : 1) << lines_;
+        EXPECT_EQ(outcome.value("event", ""), "outcome") << lines;
+        EXPECT_EQ(status, outcome.value("ok", false) ? 0 : 1) << lines;
         return outcome;
     }
 
-    std::string lines_;     ///< of the last request
-    std::string all_lines_; ///< of all
+    std::string lines;     ///< of the last request
+    std::string all_lines; ///< of all
 };
 
 const access_point home = access_point("Home").bssid("02:00:5e:00:00:02").channel(11).level(-60);
@@ -67,8 +67,7 @@ TEST_F(outcome_test, joining_ends_in_one_reason) {
         {"not in range, no key", realtek_air, "join Away", "", "not_heard"},
         {"refused", scene("realtek").air(office.key("rejects", 17)), "join Office --key-file -", "office-key",
          "refused"},
-        {"another security", realtek_air, "join Home --auth wpa2psk --key-file -", "office-key", "refused",
-         false},
+        {"another security", realtek_air, "join Home --auth wpa2psk --key-file -", "office-key", "refused", false},
         {"no address", realtek_air, "join Home --address --wait 10", "", "no_address"},
         {"no program", realtek_air.missing_program("wpa_supplicant"), "join Home", "", "program_missing"},
         {"driver refuses", mediatek_air.fault("ioctl", "EIO").match("ApCliSsid"), "join Home", "", "driver_refused"},
@@ -83,7 +82,7 @@ TEST_F(outcome_test, joining_ends_in_one_reason) {
         SCOPED_TRACE(row.camera.json_text().substr(0, 22) + row.name);
         plug_in(row.camera);
         const json outcome = outcome_of(row.arguments, row.key);
-        EXPECT_EQ(outcome.value("reason", ""), row.reason) << lines_;
+        EXPECT_EQ(outcome.value("reason", ""), row.reason) << lines;
         EXPECT_EQ(outcome.value("certain", true), row.certain);
     }
 }
@@ -99,8 +98,8 @@ TEST_F(outcome_test, joined_network_is_described) {
     EXPECT_EQ(outcome["signal_dbm"], -40);
     EXPECT_EQ(outcome["address"], "192.168.8.20");
     for (const char* event : {"scanning", "heard", "configuring", "associating", "address"})
-        EXPECT_TRUE(has(lines_, std::string("{\"event\": \"") + event));
-    EXPECT_FALSE(has(lines_, "office-key"));
+        EXPECT_TRUE(has(lines, std::string("{\"event\": \"") + event));
+    EXPECT_FALSE(has(lines, "office-key"));
 }
 
 TEST_F(outcome_test, access_point_is_described_or_refused) {
@@ -121,7 +120,7 @@ TEST_F(outcome_test, access_point_is_described_or_refused) {
         SCOPED_TRACE(row.name);
         plug_in(row.camera);
         const json outcome = outcome_of("ap start --stored");
-        EXPECT_EQ(outcome.value("reason", ""), row.reason) << lines_;
+        EXPECT_EQ(outcome.value("reason", ""), row.reason) << lines;
         if (outcome["ok"] == true) {
             EXPECT_EQ(outcome["channel"], row.channel);
             EXPECT_EQ(outcome["dhcp_server"], true);
@@ -129,7 +128,7 @@ TEST_F(outcome_test, access_point_is_described_or_refused) {
     }
 }
 
-TEST_F(outcome_test, daemon_s_own_lines_are_told) {
+TEST_F(outcome_test, daemon_s_own_linesare_told) {
     plug_in(realtek.key("hostapd", "wrapped").key("best_channel", 11));
     const json outcome = outcome_of("ap start --stored");
     EXPECT_TRUE(has(outcome["lines"].dump(), "Could not select hw_mode and channel. (-3)"));
@@ -139,7 +138,7 @@ TEST_F(outcome_test, stored_access_point_comes_back_up) {
     for (const scene& camera : {scene("realtek").air(home), scene("mediatek").air(home)}) {
         plug_in(camera);
         const json outcome = outcome_of("join --stored --or-ap --wait 10");
-        EXPECT_EQ(outcome["reason"], "not_heard") << lines_;
+        EXPECT_EQ(outcome["reason"], "not_heard") << lines;
         EXPECT_EQ(outcome["fallback"]["ok"], true);
         EXPECT_EQ(outcome["fallback"]["ssid"], "Camera");
     }
@@ -150,9 +149,9 @@ TEST_F(outcome_test, stored_access_point_comes_back_up) {
 TEST_F(outcome_test, lying_daemons_do_not_join) {
     for (const char* control : {"lies", "floods", "silent"}) {
         SCOPED_TRACE(control);
-        plug_in(scene("realtek").air(home).key("control", control));
-        const json outcome = outcome_of("join Office --auth wpa2psk --key-file - --wait 10", "office-key");
-        EXPECT_EQ(outcome["ok"], false);
+        plug_in(scene("realtek").air(office).key("control", control));
+        const json outcome = outcome_of("join Office --key-file - --wait 20", "wrong-key");
+        EXPECT_EQ(outcome["ok"], false) << lines;
         EXPECT_FALSE(outcome.value("reason", "").empty());
     }
 }
@@ -167,9 +166,9 @@ TEST_F(outcome_test, no_fault_ends_in_joined_without_a_link) {
                 plug_in(camera.fault(call, "EIO").nth(nth).times(0));
                 const json outcome = outcome_of("join Office --key-file - --wait 10", "office-key");
                 if (outcome["ok"] == true) {
-                    EXPECT_EQ(outcome["bssid"], "02:00:5e:00:00:01") << lines_;
+                    EXPECT_EQ(outcome["bssid"], "02:00:5e:00:00:01") << lines;
                 } else {
-                    EXPECT_FALSE(outcome.value("reason", "").empty()) << lines_;
+                    EXPECT_FALSE(outcome.value("reason", "").empty()) << lines;
                 }
             }
         }
@@ -179,12 +178,12 @@ TEST_F(outcome_test, no_fault_ends_in_joined_without_a_link) {
 TEST_F(outcome_test, names_go_in_as_they_come_out) {
     const scene odd = scene("realtek").air(access_point().key("ssid_hex", "1b5b41ff5c20").channel(6));
     plug_in(odd);
-    EXPECT_EQ(outcome_of(R"(join '\x1b[A\xff\x5c\x20')")["ok"], true) << lines_;
-    EXPECT_EQ(outcome_of("join --ssid-hex 1b5b41ff5c20")["ok"], true) << lines_;
+    EXPECT_EQ(outcome_of(R"(join '\x1b[A\xff\x5c\x20')")["ok"], true) << lines;
+    EXPECT_EQ(outcome_of("join --ssid-hex 1b5b41ff5c20")["ok"], true) << lines;
     const std::string longest(32, 'n');
     plug_in(scene("realtek").air(access_point(longest).channel(6)));
     EXPECT_EQ(json::parse(told("--json survey"))["networks"][0]["name"], longest);
-    EXPECT_EQ(outcome_of("join " + longest)["ok"], true) << lines_;
+    EXPECT_EQ(outcome_of("join " + longest)["ok"], true) << lines;
     for (const char* bad : {"00", "4", "zz", "0a", ""})
         EXPECT_EQ(run(std::string("join --ssid-hex '") + bad + "'"), 2) << bad;
 }
@@ -192,7 +191,7 @@ TEST_F(outcome_test, names_go_in_as_they_come_out) {
 TEST_F(outcome_test, open_twin_of_a_protected_network_is_noticed) {
     plug_in(scene("realtek").air(access_point("Office").channel(6)));
     EXPECT_EQ(outcome_of("join Office")["ok"], true);
-    EXPECT_TRUE(has(lines_, "\"event\": \"warning\""));
+    EXPECT_TRUE(has(lines, "\"event\": \"warning\""));
 }
 
 TEST_F(outcome_test, what_is_stored_is_joined_next) {
@@ -247,8 +246,8 @@ TEST_F(outcome_test, cancelled_requests_stop_what_they_started) {
         while (read("/running.out").find(phase) == std::string::npos)
             std::this_thread::sleep_for(std::chrono::milliseconds(5));
         EXPECT_EQ(request.end(SIGTERM), 1);
-        all_lines_ += read("/running.out");
-        EXPECT_TRUE(has(all_lines_.substr(all_lines_.rfind('{')), "\"reason\": \"cancelled\""));
+        all_lines += read("/running.out");
+        EXPECT_TRUE(has(all_lines.substr(all_lines.rfind('{')), "\"reason\": \"cancelled\""));
         EXPECT_FALSE(fs::exists("world/tmp/wpa_supplicant.pid"));
     }
 }

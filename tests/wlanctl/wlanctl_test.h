@@ -13,7 +13,8 @@
 #include <termios.h>
 #include <unistd.h>
 
-inline const access_point office = access_point("Office").bssid("02:00:5e:00:00:01").channel(6).level(-40).wpa2("office-key");
+inline const access_point office =
+    access_point("Office").bssid("02:00:5e:00:00:01").channel(6).level(-40).wpa2("office-key");
 inline const scene mediatek = scene("mediatek").wired().air(office);
 inline const scene realtek = scene("realtek").air(office);
 

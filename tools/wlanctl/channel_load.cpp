@@ -89,16 +89,18 @@ struct scale {
     int networks = 1;
 
     std::size_t length(int number) const {
-        return static_cast<std::size_t>((number + networks - 1) / networks * marks);
+        const int shown = (number + networks - 1) / networks * marks;
+        return static_cast<std::size_t>(shown);
     }
 };
 
 scale scale_of(const answer& channels, std::size_t room) {
     constexpr int most_marks = 3;
     int longest = 1;
-    for (const auto& [unnamed, channel] : channels.fields())
-        longest =
-            std::max(longest, channel.at("networks").number() + channel.at("overlapping").number());
+    for (const auto& [unnamed, channel] : channels.fields()) {
+        const int all = channel.at("networks").number() + channel.at("overlapping").number();
+        longest = std::max(longest, all);
+    }
     const int columns = static_cast<int>(room);
     return {std::clamp(columns / longest, 1, most_marks), (longest + columns - 1) / columns};
 }

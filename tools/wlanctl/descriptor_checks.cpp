@@ -87,9 +87,9 @@ std::vector<answer> check_descriptors() {
         if (!concerns(process, name))
             continue;
         const int used = count_entries(process + "/fd");
+        const std::string what = "descriptors of " + name + ", process " + entry->d_name;
         if (used >= 0) // it has not ended meanwhile
-            checks.push_back(check("descriptors of " + name + ", process " + entry->d_name, used,
-                                   limit_of(process)));
+            checks.push_back(check(what, used, limit_of(process)));
     }
     return checks;
 }

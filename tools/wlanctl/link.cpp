@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdio>
 #include <cstring>
 
@@ -67,7 +68,7 @@ public:
             told *= 10;
         constexpr double mega = 1e6;
         told = told >= mega ? told / mega : told;
-        return told > 0 && told < 100000 ? channel_number(static_cast<int>(told + 0.5)) : 0;
+        return told > 0 && told < 100000 ? channel_number(static_cast<int>(std::lround(told))) : 0;
     }
 
     void signal(link_state& link) const {

@@ -35,9 +35,10 @@ sight look_at_link(const char* interface, const target& target, bool address, bo
     const link_state link = ask_link(interface);
     // What lingers of a network from before is none of this one.
     const bool is_it = link.associated && (link.ssid.empty() || link.ssid == target.ssid);
-    if (is_it && !linked)
-        tell_progress(address && link.address.empty() ? "address" : "associated",
-                      {{"bssid", link.bssid}});
+    if (is_it && !linked) {
+        const bool waits = address && link.address.empty();
+        tell_progress(waits ? "address" : "associated", {{"bssid", link.bssid}});
+    }
     const bool was = linked;
     linked = is_it;
     // A link that is broken off at once, as after a wrong key, is not seen twice.

@@ -119,10 +119,8 @@ std::vector<std::string> signal_history::draw(const display& display, std::size_
         for (std::size_t i = first; i < shares_.size(); ++i) {
             const int share = shares_[i];
             const int level = std::clamp(share * height / 100, 1, height) - below;
-            if (share < 0)
-                line += row + 1 == rows ? marks.gap : " ";
-            else
-                line += marks.levels[std::clamp(level, 0, levels)];
+            const char* const gap = row + 1 == rows ? marks.gap : " ";
+            line += share < 0 ? gap : marks.levels[std::clamp(level, 0, levels)];
         }
         lines.push_back(line);
     }

@@ -14,7 +14,7 @@ constexpr const char* stations[] = {"wlan0", "apclii0"};
 
 sight mediatek_watch::look() {
     for (const char* interface : stations) {
-        const sight sight = look_at_link(interface, target_, address_, linked_);
+        sight sight = look_at_link(interface, target_, address_, linked_);
         if (sight.now == sight::state::reached || linked_)
             return sight;
     }
@@ -24,12 +24,13 @@ sight mediatek_watch::look() {
 setback mediatek_watch::give_up() {
     if (linked_)
         return {reason::no_address, true, {}, answer::object()};
-    bool heard = target_.was_heard;
-    bool sure = false;
+    bool heard = false;
+    bool sure = true;
     try {
         heard = find_strongest(survey_air(true, true), target_.ssid) != nullptr;
-        sure = true;
     } catch (const failure&) { // then what was heard before has to do
+        heard = target_.was_heard;
+        sure = false;
     }
     if (!heard)
         return {reason::not_heard, sure};

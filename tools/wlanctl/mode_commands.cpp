@@ -160,9 +160,10 @@ target look_up(mode_options& options) {
         const request_lock lock("join", options.request.lock_wait);
         const heard_network heard = hear(network.ssid);
         target.was_heard = heard.heard;
-        if (!heard.heard && !network.has_key)
+        if (!heard.heard && !network.has_key) {
             throw because({reason::not_heard, heard.certain},
                           "station for \"" + network.ssid + '"');
+        }
         network.auth_word = heard.auth;
         network.enc_word = heard.enc;
         if (heard.mediatek && options.channel == 0)

@@ -12,7 +12,8 @@ std::string find_program(const std::string& name, int access) {
     const char* path = std::getenv("PATH");
     std::istringstream folders(path != nullptr ? path : "/sbin:/usr/sbin:/bin:/usr/bin");
     for (std::string folder; std::getline(folders, folder, ':');) {
-        std::string file = folder + "/" + name;
+        std::string file = folder;
+        file.append("/").append(name);
         if (::access(file.c_str(), access) == 0)
             return file;
     }

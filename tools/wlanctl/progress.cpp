@@ -13,7 +13,7 @@
 
 namespace {
 
-progress_form form = progress_form::none;
+progress_form shown_as = progress_form::none;
 bool on_terminal = false; // whether a line stands there
 
 /// What a person reads. Where a field is named, its value follows the text.
@@ -52,22 +52,22 @@ void print_sentence(const char* event, const answer& fields) {
 
 } // namespace
 
-void show_progress(progress_form chosen) {
-    form = chosen;
+void show_progress(progress_form form) {
+    shown_as = form;
 }
 
 progress_form shown_progress() {
-    return form;
+    return shown_as;
 }
 
 bool tell_progress(const char* event, const answer& fields) {
-    if (form == progress_form::none)
+    if (shown_as == progress_form::none)
         return true;
     answer line = {{"event", event}};
     for (const auto& [name, value] : fields.fields())
         line.set(name, value);
     line.escape_texts();
-    if (form == progress_form::terminal) {
+    if (shown_as == progress_form::terminal) {
         print_sentence(event, line);
         return true;
     }
@@ -77,7 +77,7 @@ bool tell_progress(const char* event, const answer& fields) {
 }
 
 void tell_warning(const std::string& text) {
-    if (form == progress_form::json) {
+    if (shown_as == progress_form::json) {
         tell_progress("warning", {{"text", text}});
         return;
     }

@@ -17,7 +17,7 @@ constexpr char station[] = "wlan0";
 
 constexpr int most_messages = 200;      // taken in at one look
 constexpr int looks_between = 10;       // questions for its state
-constexpr int looks_without_state = 30; // that a link has to last when it tells nothing
+constexpr int looks_without_state = 60; // that a link has to last: a failing handshake takes 4 s
 constexpr int scans_that_miss = 2;      // one scan may miss a network that is there
 constexpr int enough_rejections = 2;    // a busy access point refuses once
 
@@ -133,11 +133,16 @@ setback supplicant_watch::give_up() {
     }
     if (not_found_ > 0)
         return {reason::not_heard};
-    // Without the daemon's word, a protected network that is heard and not joined has another key.
-    const bool says_nothing = state_.empty() && target_.was_heard && target_.is_protected;
-    if (linked_ || says_nothing || begins(state_, "4WAY_HANDSHAKE"))
+    if (linked_ || begins(state_, "4WAY_HANDSHAKE"))
         return {reason::wrong_key, false};
-    return {reason::timed_out};
+    return state_.empty() ? likely() : setback{reason::timed_out};
+}
+
+/// Without the daemon's word: what is mostly so.
+setback supplicant_watch::likely() const {
+    if (!target_.was_heard)
+        return {reason::not_heard, false};
+    return {target_.is_protected ? reason::wrong_key : reason::refused, false};
 }
 
 bool supplicant_watch::daemon_hears() {

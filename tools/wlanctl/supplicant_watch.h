@@ -21,6 +21,7 @@ private:
     void listen();
     void take_event(const std::string& text);
     bool daemon_hears();
+    setback likely() const;
     sight lost(const setback& why) const;
 
     target target_;
