@@ -162,9 +162,9 @@ int carry_out(int argc, char** argv) {
     wlanctl.add_flag("--progress",
                      "With --json: one object a line as things happen, last the answer");
     wlanctl.add_flag("--verbose", "Show what the library and its programs print");
-    for (const auto add :
-         {add_adapter_command, add_survey_command, add_store_command, add_mode_commands,
-          add_wps_command, add_status_command, add_watch_command, add_bbp_command, add_doctor_command})
+    for (const auto add : {add_adapter_command, add_survey_command, add_store_command,
+                           add_mode_commands, add_wps_command, add_status_command,
+                           add_watch_command, add_bbp_command, add_doctor_command})
         add(wlanctl, result);
     wlanctl.footer(examples); // last, since commands take over what stands here when they are added
 
@@ -182,7 +182,8 @@ int carry_out(int argc, char** argv) {
         diagnostics::take_in();
         outcome.told.escape_texts();
         outcome.error = escape(outcome.error);
-        spoken = json ? as_lines_of_json(outcome, shown_progress() == progress_form::json) : as_people_read(outcome, verbose);
+        spoken = json ? as_lines_of_json(outcome, shown_progress() == progress_form::json)
+                      : as_people_read(outcome, verbose);
     } catch (const CLI::Success& asked) {
         std::ostringstream text;
         wlanctl.exit(asked, text, text);
