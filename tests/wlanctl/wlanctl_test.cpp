@@ -103,7 +103,7 @@ TEST_F(wlanctl, passphrases_of_daemons_are_the_owner_s) {
 TEST_F(wlanctl, access_point_runs_until_it_is_stopped) {
     plug_in(realtek);
     EXPECT_EQ(run("ap start --ssid Camera --key camera-key"), 0);
-    EXPECT_TRUE(has(told("status"), "hostapd         /tmp/hostapd.pid         yes\n"));
+    EXPECT_TRUE(has(told("status"), "hostapd runs\n"));
     EXPECT_EQ(run("ap stop"), 0);
     EXPECT_TRUE(has(journal(), "ifdown wlan1"));
 }

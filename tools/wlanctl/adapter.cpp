@@ -19,6 +19,16 @@ const char* state_of(const char* name) {
 
 } // namespace
 
+void refresh(adapter& found) {
+    for (wifi_interface& interface : found.interfaces)
+        interface.state = state_of(interface.name);
+}
+
+bool is_usable(const adapter& found) {
+    return std::any_of(found.interfaces.begin(), found.interfaces.end(),
+                       [](const wifi_interface& interface) { return interface.state != "absent"; });
+}
+
 adapter find_adapter() {
     adapter found =
         isMtkWifi() == 1
@@ -28,12 +38,8 @@ adapter find_adapter() {
                        {"apclii0", "station 5 GHz", true, {}}}}
             : adapter{false,
                       {{"wlan0", "station", true, {}}, {"wlan1", "access point", false, {}}}};
-    bool usable = false;
-    for (wifi_interface& interface : found.interfaces) {
-        interface.state = state_of(interface.name);
-        usable = usable || interface.state != "absent";
-    }
-    if (usable)
+    refresh(found);
+    if (is_usable(found))
         return found;
     throw because({reason::no_adapter, true,
                    found.mediatek ? "it is plugged in, but its driver has made no interface"

@@ -58,23 +58,18 @@ bool write_all(int descriptor, const void* data, std::size_t length) {
 
 struct surveyed {
     bool answered;
-    std::vector<sites> list;
+    std::string found;
 };
 
-surveyed survey_once(bool mediatek, bool trigger) {
+surveyed survey_once(const std::function<int(std::string&)>& survey) {
     const work_done done = run_in_child([&](int results) {
-        std::vector<sites> list;
-        const int result =
-            mediatek ? survey_mediatek(list, trigger) : run_site_survey_realtek(list);
-        return write_all(results, list.data(), list.size() * sizeof(sites)) ? result : -1;
+        std::string found;
+        const int result = survey(found);
+        return write_all(results, found.data(), found.size()) ? result : -1;
     });
     if (asked_to_end())
         throw because({reason::cancelled}, "survey of the air");
-    surveyed survey = {done.finished && done.result == 0, {}};
-    survey.list.resize(done.wrote.size() / sizeof(sites));
-    if (!survey.list.empty())
-        std::memcpy(survey.list.data(), done.wrote.data(), survey.list.size() * sizeof(sites));
-    return survey;
+    return {done.finished && done.result == 0, done.wrote};
 }
 
 bool driver_was_busy() {
@@ -83,14 +78,14 @@ bool driver_was_busy() {
 
 } // namespace
 
-std::vector<sites> survey_air(bool mediatek, bool trigger) {
+std::string survey_bytes(const std::function<int(std::string&)>& survey, bool trigger) {
     if (trigger)
         tell_progress("scanning");
     for (int tries = 0;; ++tries) {
         diagnostics::forget();
-        surveyed survey = survey_once(mediatek, trigger);
-        if (survey.answered || !survey.list.empty())
-            return survey.list;
+        const surveyed once = survey_once(survey);
+        if (once.answered || !once.found.empty())
+            return once.found;
         if (!driver_was_busy()) {
             throw because({reason::driver_refused, true,
                            "the driver gave no list, as one does that hears nobody"},
@@ -103,6 +98,22 @@ std::vector<sites> survey_air(bool mediatek, bool trigger) {
         tell_progress("busy");
         pause_ms(second_ms);
     }
+}
+
+std::vector<sites> survey_air(bool mediatek, bool trigger) {
+    const std::string bytes = survey_bytes(
+        [&](std::string& found) {
+            std::vector<sites> list;
+            const int result =
+                mediatek ? survey_mediatek(list, trigger) : run_site_survey_realtek(list);
+            found.assign(reinterpret_cast<const char*>(list.data()), list.size() * sizeof(sites));
+            return result;
+        },
+        trigger);
+    std::vector<sites> list(bytes.size() / sizeof(sites));
+    if (!list.empty())
+        std::memcpy(list.data(), bytes.data(), list.size() * sizeof(sites));
+    return list;
 }
 
 std::string name_of(const sites& site) {

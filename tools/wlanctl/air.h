@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,12 @@
 /// @param trigger false reads what the driver heard last (MediaTek).
 /// @throws failure when the driver refused and nothing is listed.
 std::vector<sites> survey_air(bool mediatek, bool trigger);
+
+/// Carries a survey out in a child, for ten seconds again and again while the driver is busy.
+/// @param survey fills in what it found, and returns -1 when the driver refused.
+/// @return what it found.
+/// @throws failure as survey_air().
+std::string survey_bytes(const std::function<int(std::string&)>& survey, bool trigger);
 
 /// Of a network with a name, at most its 32 bytes: the library adds a blank to one of 32.
 std::string name_of(const sites& site);

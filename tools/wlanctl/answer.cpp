@@ -11,10 +11,11 @@
 #include <utility>
 
 #include "escape.h"
+#include "layout.h"
 
 namespace {
 
-using row = std::vector<std::string>;
+using row = text_row;
 
 std::string label(std::string name) {
     std::replace(name.begin(), name.end(), '_', ' ');
@@ -62,30 +63,6 @@ std::string bar(const figure& figure, int value) {
            std::string(number.size() < 4 ? 4 - number.size() : 1, ' ') + number + figure.unit;
 }
 
-/// Characters, not bytes: the bytes that continue a UTF-8 character take no place of their own.
-std::size_t width(const std::string& text) {
-    return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char c) {
-        return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
-    }));
-}
-
-std::string aligned(const std::vector<row>& rows, const std::string& indent = "") {
-    std::vector<std::size_t> widths;
-    for (const row& line : rows) {
-        widths.resize(std::max(widths.size(), line.size()));
-        for (std::size_t i = 0; i < line.size(); ++i)
-            widths[i] = std::max(widths[i], width(line[i]));
-    }
-    std::string text;
-    for (const row& line : rows) {
-        text += indent;
-        for (std::size_t i = 0; i + 1 < line.size(); ++i)
-            text += line[i] + std::string(widths[i] - width(line[i]) + 2, ' ');
-        text += line.back() + "\n";
-    }
-    return text;
-}
-
 std::vector<row> field_rows(const answer& object) {
     std::vector<row> rows;
     for (const auto& [name, value] : object.fields()) {
@@ -111,7 +88,8 @@ std::vector<row> table_rows(const answer& list) {
             const std::string name = key;
             const figure* figure = find_figure(name);
             names.push_back(label(figure == nullptr ? name : stem(name)));
-            cells.push_back(figure == nullptr ? value.cell() : bar(*figure, value.number()));
+            cells.push_back(figure == nullptr || value.is_null() ? value.cell()
+                                                                 : bar(*figure, value.number()));
         }
         if (rows.empty())
             rows.push_back(names);
@@ -234,7 +212,14 @@ void answer::escape_texts() {
         each.value.escape_texts();
 }
 
+void answer::draw(std::string lines) {
+    is_drawn_ = true;
+    drawn_ = std::move(lines);
+}
+
 std::string as_text(const answer& told) {
+    if (told.is_drawn())
+        return told.drawn();
     std::string text = aligned(field_rows(told));
     for (const auto& [name, value] : told.fields()) {
         if (value.is_plain() || value.fields().empty())

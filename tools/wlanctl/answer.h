@@ -56,6 +56,12 @@ public:
     /// @return the same on one line.
     std::string json_line() const;
 
+    /// Has people read something else than its fields.
+    /// @param lines that are safe to print.
+    void draw(std::string lines);
+    bool is_drawn() const { return is_drawn_; }
+    const std::string& drawn() const { return drawn_; }
+
     /// Makes every text in it safe to print.
     void escape_texts();
 
@@ -68,6 +74,8 @@ private:
     int number_ = 0;
     std::string text_;
     std::vector<field> fields_;
+    bool is_drawn_ = false;
+    std::string drawn_;
 };
 
 struct answer::field {
@@ -87,6 +95,6 @@ struct failure : std::runtime_error {
     bool certain = true;           ///< whether the reason is more than likely
 };
 
-/// Lays an answer out for people: plain fields first, one a line; then every object under its name
-/// and every list as a table.
+/// Lays an answer out for people, unless it is drawn: plain fields first, one a line; then every
+/// object under its name and every list as a table.
 std::string as_text(const answer& told);

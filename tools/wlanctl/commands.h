@@ -21,4 +21,5 @@ void add_mode_commands(CLI::App& wlanctl, answer& result);
 void add_status_command(CLI::App& wlanctl, answer& result);
 void add_store_command(CLI::App& wlanctl, answer& result);
 void add_survey_command(CLI::App& wlanctl, answer& result);
+void add_watch_command(CLI::App& wlanctl, answer& result);
 void add_wps_command(CLI::App& wlanctl, answer& result);

@@ -12,6 +12,12 @@ struct wpa_ctrl;
 /// Nothing here waits: a daemon may never answer. Without libwpa-client it stays closed.
 class control_socket {
 public:
+#ifdef WLANCTL_WPA_CTRL
+    static constexpr bool is_built_in = true;
+#else
+    static constexpr bool is_built_in = false;
+#endif
+
     /// @param path of the daemon's socket for one interface.
     explicit control_socket(std::string path);
     ~control_socket();

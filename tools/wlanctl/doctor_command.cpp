@@ -2,8 +2,6 @@
 // wlanctl doctor.
 
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
 #include <sstream>
 #include <string>
 
@@ -16,6 +14,11 @@
 
 #include "adapter.h"
 #include "commands.h"
+#include "daemon_checks.h"
+#include "display.h"
+#include "escape.h"
+#include "layout.h"
+#include "programs.h"
 
 namespace {
 
@@ -61,16 +64,6 @@ std::string find(const need& need) {
             return file;
     }
     return "";
-}
-
-bool file_names(const std::string& path, const char* text) {
-    std::ifstream file(path, std::ios::binary);
-    const std::string bytes{std::istreambuf_iterator<char>(file), {}};
-    return bytes.find(text) != std::string::npos;
-}
-
-answer checked(const char* what, const answer& found, const answer& breaks) {
-    return {{"what", what}, {"found", found}, {"breaks", breaks}};
 }
 
 answer examine(const need& need) {
@@ -124,6 +117,41 @@ void add(answer& checks, const answer& check) {
         checks.push_back(check);
 }
 
+void add_wrapped(std::string& text, const std::string& words, const std::string& indent) {
+    const std::size_t columns = answer_display().columns;
+    const std::size_t room = columns == 0 ? 100 : columns;
+    for (const std::string& line : wrapped(words, room - indent.size()))
+        text += indent + line + "\n";
+}
+
+/// A row in one line: a program's path says no more than its name.
+std::string summary_of(const answer& check) {
+    const std::string what = check.at("what").text();
+    const std::string found = check.at("found").text();
+    if (check.at("found").is_null())
+        return check.at("breaks").is_null() ? "no " + what : what + ": missing";
+    const bool is_path = found == what || find_program(what, X_OK) == found;
+    return is_path || found == "yes" ? what : what + ": " + found;
+}
+
+/// What breaks comes first, and all that is well in one paragraph.
+std::string drawn(const answer& told) {
+    std::string text;
+    std::string well;
+    for (const auto& [unnamed, check] : told.at("checks").fields()) {
+        const std::string summary = escape(summary_of(check));
+        if (check.at("breaks").is_null()) {
+            well += (well.empty() ? "" : "; ") + summary;
+        } else {
+            add_wrapped(text, summary, "");
+            add_wrapped(text, escape(check.at("breaks").text()), "  ");
+        }
+    }
+    text += text.empty() ? "" : "\n";
+    add_wrapped(text, "All is well with: " + well + ".", "");
+    return text;
+}
+
 answer examine_camera() {
     const families family = isMtkWifi() == 1 ? mediatek : realtek;
     answer checks = answer::list(
@@ -136,16 +164,23 @@ answer examine_camera() {
         if (need.family == both || need.family == family)
             add(checks, examine(need));
     }
+    if (family == realtek) {
+        for (const answer& check : check_daemons())
+            checks.push_back(check);
+    }
+    for (const answer& check : check_descriptors())
+        checks.push_back(check);
     int missing = 0;
     for (const auto& [unnamed, check] : checks.fields())
         missing += check.at("breaks").is_null() ? 0 : 1;
     answer told = {{"family", family == mediatek ? "mediatek" : "realtek"},
                    {"missing", missing},
                    {"checks", checks}};
+    told.draw(drawn(told));
     if (missing > 0) {
         throw failure("the camera is not as the library needs it: " + std::to_string(missing) +
                           " of " + std::to_string(checks.fields().size()) + " checks",
-                      "put right in the image each row that says what breaks", told);
+                      "put right in the image what breaks something", told);
     }
     return told;
 }
@@ -156,7 +191,11 @@ void add_doctor_command(CLI::App& wlanctl, answer& result) {
     wlanctl.add_subcommand("doctor", "Check that the camera has what the library needs")
         ->footer(
             "Looks, and changes nothing: programs in PATH, files, permissions, stored settings, "
-            "no /tmp/debug_level;\nonly what the plugged-in adapter needs. With --json: "
-            "family, missing, checks [what, found, breaks];\nbreaks is null where all is well.")
+            "no /tmp/debug_level;\nonly what the plugged-in adapter needs. Of what runs: whether "
+            "control sockets answer, whether hostapd\nknows its driver and takes 40 MHz on its "
+            "channel (Realtek), and how many descriptors the daemons and\nprograms with "
+            "libwlan.so use. With --json: family, missing, checks [what, found, breaks];\nbreaks "
+            "is "
+            "null where all is well.")
         ->callback([&result] { result = examine_camera(); });
 }

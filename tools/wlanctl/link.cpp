@@ -139,3 +139,7 @@ link_state ask_link(const char* interface) {
 int ask_channel(const char* interface) {
     return questioner(interface).channel();
 }
+
+std::string ask_ssid(const char* interface) {
+    return questioner(interface).ssid();
+}

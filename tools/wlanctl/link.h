@@ -23,5 +23,8 @@ link_state ask_link(const char* interface);
 /// @return the channel of an interface, associated or not; 0 when it is not told.
 int ask_channel(const char* interface);
 
+/// @return the name that an interface goes by on the air; empty when it is not told.
+std::string ask_ssid(const char* interface);
+
 /// Drivers tell a channel by its number or by its frequency in MHz.
 int channel_number(int told);

@@ -56,19 +56,24 @@ void show_progress(progress_form form) {
     shown_as = form;
 }
 
-void tell_progress(const char* event, const answer& fields) {
+progress_form shown_progress() {
+    return shown_as;
+}
+
+bool tell_progress(const char* event, const answer& fields) {
     if (shown_as == progress_form::none)
-        return;
+        return true;
     answer line = {{"event", event}};
     for (const auto& [name, value] : fields.fields())
         line.set(name, value);
     line.escape_texts();
     if (shown_as == progress_form::terminal) {
         print_sentence(event, line);
-    } else if (diagnostics::answers() != nullptr) {
-        std::fprintf(diagnostics::answers(), "%s\n", line.json_line().c_str());
-        std::fflush(diagnostics::answers());
+        return true;
     }
+    return diagnostics::answers() != nullptr &&
+           std::fprintf(diagnostics::answers(), "%s\n", line.json_line().c_str()) > 0 &&
+           std::fflush(diagnostics::answers()) == 0;
 }
 
 void tell_warning(const std::string& text) {
@@ -83,7 +88,7 @@ void tell_warning(const std::string& text) {
 void clear_progress() {
     if (on_terminal) {
         std::fputs("\r\033[K", diagnostics::messages());
-        std::fflush(diagnostics::messages());
+        std::fflush(diagnostics::messages()); // before the answer, which has a stream of its own
     }
     on_terminal = false;
 }

@@ -16,10 +16,13 @@ enum class progress_form {
 /// Nothing is shown before.
 void show_progress(progress_form form);
 
+progress_form shown_progress();
+
 /// Tells what happens now.
 /// @param event one of those that wlanctl(8) names.
 /// @param fields that belong to it.
-void tell_progress(const char* event, const answer& fields = answer::object());
+/// @return false when it could not be written.
+bool tell_progress(const char* event, const answer& fields = answer::object());
 
 /// Warns a person, and a program that reads the progress.
 void tell_warning(const std::string& text);

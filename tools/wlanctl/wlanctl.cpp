@@ -32,6 +32,7 @@ constexpr char description[] = "Controls the camera's Wi-Fi radio.";
 
 constexpr char examples[] = R"(Examples:
   wlanctl survey                                which networks are in range
+  wlanctl survey --channels                     which channel is the clearest
   wlanctl join Office                           asks for the key when Office needs one
   wlanctl join Office --key-file /root/key --store   and joins it again at the next start
   echo "$KEY" | wlanctl join Office --key-file -
@@ -40,6 +41,7 @@ constexpr char examples[] = R"(Examples:
   wlanctl ap start --stored                     access point and DHCP server as stored
   wlanctl wps                                   a network by the router's WPS button
   wlanctl status                                is it on the network?
+  wlanctl watch                                 link and signal as they change
   wlanctl doctor                                what the camera lacks
   wlanctl --json status | jq .interfaces
 
@@ -160,9 +162,9 @@ int carry_out(int argc, char** argv) {
     wlanctl.add_flag("--progress",
                      "With --json: one object a line as things happen, last the answer");
     wlanctl.add_flag("--verbose", "Show what the library and its programs print");
-    for (const auto add :
-         {add_adapter_command, add_survey_command, add_store_command, add_mode_commands,
-          add_wps_command, add_status_command, add_bbp_command, add_doctor_command})
+    for (const auto add : {add_adapter_command, add_survey_command, add_store_command,
+                           add_mode_commands, add_wps_command, add_status_command,
+                           add_watch_command, add_bbp_command, add_doctor_command})
         add(wlanctl, result);
     wlanctl.footer(examples); // last, since commands take over what stands here when they are added
 
@@ -180,7 +182,8 @@ int carry_out(int argc, char** argv) {
         diagnostics::take_in();
         outcome.told.escape_texts();
         outcome.error = escape(outcome.error);
-        spoken = json ? as_lines_of_json(outcome, progress) : as_people_read(outcome, verbose);
+        spoken = json ? as_lines_of_json(outcome, shown_progress() == progress_form::json)
+                      : as_people_read(outcome, verbose);
     } catch (const CLI::Success& asked) {
         std::ostringstream text;
         wlanctl.exit(asked, text, text);
@@ -188,9 +191,10 @@ int carry_out(int argc, char** argv) {
     }
     clear_progress();
     const bool written = write_to(diagnostics::answers(), spoken.answer);
-    if (!written)
+    if (!written) {
         spoken.message +=
             std::string("wlanctl: writing the answer: ") + std::strerror(errno) + "\n";
+    }
     write_to(diagnostics::messages(), spoken.message);
     return written ? outcome.status : failed;
 }

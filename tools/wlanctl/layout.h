@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+// Text in columns.
+
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+using text_row = std::vector<std::string>;
+
+/// Characters, not bytes: the bytes that continue a UTF-8 character take no place of their own.
+std::size_t width(const std::string& text);
+
+/// Fills a text up with blanks.
+std::string padded(const std::string& text, std::size_t columns);
+
+/// Shortens a text that is wider: it ends in '~' then.
+std::string cut(const std::string& text, std::size_t columns);
+
+/// Rows whose cells stand below one another, two blanks apart.
+std::string aligned(const std::vector<text_row>& rows, const std::string& indent = "");
+
+/// Breaks a text into lines between its words.
+std::vector<std::string> wrapped(const std::string& text, std::size_t columns);
