@@ -25,9 +25,8 @@ void refresh(adapter& found) {
 }
 
 bool is_usable(const adapter& found) {
-    return std::any_of(
-        found.interfaces.begin(), found.interfaces.end(),
-        [](const wifi_interface& interface) { return interface.state != "absent"; });
+    return std::any_of(found.interfaces.begin(), found.interfaces.end(),
+                       [](const wifi_interface& interface) { return interface.state != "absent"; });
 }
 
 adapter find_adapter() {

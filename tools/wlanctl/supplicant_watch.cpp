@@ -90,10 +90,11 @@ void supplicant_watch::listen() {
         const control_socket::message message = control_.next();
         if (message.what == control_socket::kind::none)
             break;
-        if (message.what == control_socket::kind::event)
+        if (message.what == control_socket::kind::event) {
             take_event(message.text);
-        else if (message.command == "STATUS")
+        } else if (message.command == "STATUS") {
             state_ = value_in(message.text, "wpa_state");
+        }
     }
 }
 

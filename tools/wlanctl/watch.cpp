@@ -17,7 +17,7 @@ sight await(watch& watch, int seconds) {
     const int reserved = seconds >= least_for_last_words ? watch.last_words() : 0;
     const std::uint32_t started = clock_time(); // which wraps
     for (;;) {
-        const sight sight = watch.look();
+        sight sight = watch.look();
         diagnostics::take_in();
         if (sight.now != sight::state::pending)
             return sight;

@@ -191,9 +191,10 @@ int carry_out(int argc, char** argv) {
     }
     clear_progress();
     const bool written = write_to(diagnostics::answers(), spoken.answer);
-    if (!written)
+    if (!written) {
         spoken.message +=
             std::string("wlanctl: writing the answer: ") + std::strerror(errno) + "\n";
+    }
     write_to(diagnostics::messages(), spoken.message);
     return written ? outcome.status : failed;
 }
