@@ -86,9 +86,12 @@ void setup::on(event what) {
 
 void setup::enter(state next) {
     const bool asked = next == state::joining || next == state::pressing || next == state::changing;
+    const bool routine = row_of(next).does == task::ask_status ||
+                         (row_of(state_).does == task::ask_status && row_of(next).does == task::rest);
     state_ = next;
     due_ = wall_clock::time_point::max();
-    std::fprintf(stderr, "wlansetup: %s\n", row_of(next).word);
+    if (!routine)
+        std::fprintf(stderr, "wlansetup: %s\n", row_of(next).word);
     if (asked) {
         progress_ = json::array();
         outcome_ = nullptr;

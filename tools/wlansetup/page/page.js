@@ -21,7 +21,8 @@
   const form = find('form').content.firstElementChild;
   const field = (id) => form.querySelector('#' + id);
 
-  const model = () => (status && status.camera.model) || texts.camera;
+  const unbroken = (text) => text.length > 16 ? text : text.replace(/ /g, '\u00a0');
+  const model = () => unbroken((status && status.camera.model) || texts.camera);
   const network = (hex) => status.networks.find((one) => one.ssid_hex === hex);
   const busy = () => ['joining', 'pressing', 'joining_obtained', 'storing', 'changing', 'keeping'].includes(status.state);
   const connected = () => ['connected', 'watching', 'looking_around'].includes(status.state);
@@ -105,13 +106,13 @@
       }
     }
     const order = status.networks.map((one) => items.get(one.ssid_hex));
-    if (chosen === null) {
+    if (!other.parentNode) list.append(other);
+    if (chosen !== null) {
+      for (const item of order) if (!item.parentNode) list.insertBefore(item, other);
+    } else if (order.some((item, i) => list.children[i] !== item)) {
       const focused = document.activeElement;
       list.replaceChildren(...order, other);
-      if (focused && list.contains(focused)) focused.focus();
-    } else {
-      for (const item of order) if (!item.parentNode) list.insertBefore(item, other);
-      if (!other.parentNode) list.append(other);
+      if (list.contains(focused)) focused.focus();
     }
   }
 
@@ -124,7 +125,8 @@
     chosen = hex;
     if (hex === null) {
       form.remove();
-      if (from !== null && items.has(from)) items.get(from).firstElementChild.focus();
+      drawNetworks(); // with what was kept from moving
+      if (from !== null) (items.has(from) ? items.get(from).firstElementChild : find('heading')).focus();
       return;
     }
     const item = itemFor(hex);
@@ -242,6 +244,7 @@
     const outcome = status.outcome;
     const failed = outcome && !outcome.ok && told !== JSON.stringify(outcome);
     show(find('failure'), failed);
+    show(find('intro'), !failed);
     if (failed) {
       fail(attemptName(), reason(outcome));
       if (chosen === null && !own && status.attempt.ssid_hex) {
@@ -319,8 +322,11 @@
   // What the camera tells. A page that lost touch looks for the camera until it is there again.
 
   async function refresh() {
-    const answer = await fetch('/api/status', { cache: 'no-store' });
-    status = await answer.json();
+    try {
+      status = await (await fetch('/api/status', { cache: 'no-store' })).json();
+    } catch (error) {
+      return lose();
+    }
     if (status.closes_in !== null) clock = Date.now() + status.closes_in * 1000;
     draw();
   }
@@ -341,7 +347,7 @@
     source = new EventSource('/api/events');
     source.addEventListener('state', () => {
       show(find('lost'), false);
-      refresh().catch(lose);
+      refresh();
     });
     source.onmessage = (message) => {
       if (!status) return;
