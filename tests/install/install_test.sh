@@ -40,7 +40,7 @@ CPP
 # Installs the library alone as NAME, built with the options.
 install_library() {
     local name=$1
-    cmake -S "$source" -B "$work/build" -DLIBWLAN_SIM=OFF -DLIBWLAN_TOOLS=OFF -DLIBWLAN_REQUEST=OFF \
+    cmake -S "$source" -B "$work/build" -DLIBWLAN_SIM=OFF -DLIBWLAN_TOOLS=OFF -DLIBWLAN_REQUEST=OFF -DLIBWLAN_SETUP=OFF \
         -DLIBWLAN_EXAMPLES=OFF \
         -DBUILD_TESTING=OFF -DCMAKE_CXX_FLAGS="${CXXFLAGS:-}" "${@:2}" >/dev/null
     cmake --build "$work/build" --parallel >/dev/null
@@ -74,7 +74,7 @@ check() {
 }
 
 DESTDIR=$work/shared cmake --install "$build" --prefix /usr >/dev/null
-test "$(pages "$work/shared")" = 'vcamera.1 libwlan.3 wlanrequest.3 camera.conf.5 wlanctl.8'
+test "$(pages "$work/shared")" = 'vcamera.1 libwlan.3 wlanrequest.3 camera.conf.5 wlanctl.8 wlansetup.8'
 vcamera=$work/shared/usr/bin/vcamera
 check shared pkg-config libwlan.so.1
 

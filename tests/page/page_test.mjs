@@ -68,7 +68,8 @@ class Camera {
     this.port ??= await freePort();
     this.url = `http://127.0.0.1:${this.port}/`;
     this.log = '';
-    this.program = spawn(wlansetup, ['--port', this.port, '--retry', '0', '--check', '1', '--shown', '2', ...options],
+    this.program = spawn(wlansetup, ['--port', this.port, '--retry', '0', '--check', '1',
+      ...(options.includes('--shown') ? [] : ['--shown', '2']), ...options],
       { env: { ...process.env, STAND_IN: this.folder, WLANCTL: standIn } });
     this.program.stderr.on('data', (text) => { this.log += text; });
     this.ended = new Promise((done) => this.program.on('exit', done));

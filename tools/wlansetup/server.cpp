@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <exception>
@@ -32,7 +33,7 @@ constexpr unsigned int most_connections = 40;
 constexpr unsigned int most_from_one_address = 12;
 constexpr unsigned int idle_seconds = 10;
 constexpr std::size_t memory_of_connection = 8192; // also bounds its headers
-constexpr std::size_t most_streams = 8;
+constexpr std::ptrdiff_t most_streams = 8;
 constexpr std::size_t longest_backlog = 16384;
 constexpr int ticks_between_signs_of_life = 15;
 
@@ -151,7 +152,7 @@ int open_socket(const std::string& address, int port) {
     setsockopt(descriptor, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
     setsockopt(descriptor, IPPROTO_IP, IP_FREEBIND, &yes, sizeof yes);
     const auto* any = reinterpret_cast<const sockaddr*>(&own);
-    if (bind(descriptor, any, sizeof own) == 0 && ::listen(descriptor, 32) == 0)
+    if (bind(descriptor, any, sizeof own) == 0 && ::listen(descriptor, 128) == 0)
         return descriptor;
     const int error = errno;
     close(descriptor);
@@ -170,6 +171,7 @@ struct server::implementation {
     std::list<stream> streams;
     std::list<connected_client> clients;
     int ticks = 0;
+    int turns_due = 0;
 
     static implementation& of(void* self) { return *static_cast<implementation*>(self); }
 
@@ -240,8 +242,9 @@ struct server::implementation {
     // Events
 
     MHD_Result open_stream(MHD_Connection* connection) {
-        if (streams.size() >= most_streams) // those who left without a word are the oldest
-            end_stream(streams.front());
+        const auto is_open = [](const stream& other) { return !other.closing; };
+        if (std::count_if(streams.begin(), streams.end(), is_open) >= most_streams)
+            end_stream(*std::find_if(streams.begin(), streams.end(), is_open)); // the oldest
         streams.push_back(
             {connection, "retry: 1500\nevent: state\ndata: " + text_of(answers.state()) + "\n\n"});
         auto* const opened = new opened_stream{*this, std::prev(streams.end())};
@@ -281,13 +284,16 @@ struct server::implementation {
         leaving->owner.streams.erase(leaving->place);
     }
 
-    static void wake(stream& sleeping) {
-        if (std::exchange(sleeping.suspended, false))
-            MHD_resume_connection(sleeping.connection);
+    /// The library takes up in one turn what was resumed and sends in the next, and asks for neither.
+    void wake(stream& sleeping) {
+        if (!std::exchange(sleeping.suspended, false))
+            return;
+        MHD_resume_connection(sleeping.connection);
+        turns_due = 2;
     }
 
     /// The page comes back and is told the state afresh.
-    static void end_stream(stream& ending) {
+    void end_stream(stream& ending) {
         ending.closing = true;
         wake(ending);
     }
@@ -423,8 +429,9 @@ void server::stop() {
     if (daemon_ == nullptr)
         return;
     for (stream& open : impl_->streams)
-        implementation::end_stream(open);
-    MHD_run(daemon_); // sends what was published last
+        impl_->end_stream(open);
+    MHD_run(daemon_); // takes up what was resumed,
+    MHD_run(daemon_); // and sends what was published last
     MHD_stop_daemon(std::exchange(daemon_, nullptr));
 }
 
@@ -436,12 +443,15 @@ int server::descriptor() const {
 
 int server::timeout() const {
     MHD_UNSIGNED_LONG_LONG milliseconds = 0;
+    if (daemon_ != nullptr && impl_->turns_due > 0)
+        return 0;
     if (daemon_ == nullptr || MHD_get_timeout(daemon_, &milliseconds) != MHD_YES)
         return -1;
     return static_cast<int>(std::min<MHD_UNSIGNED_LONG_LONG>(milliseconds, 60000));
 }
 
 void server::run() {
+    impl_->turns_due = std::max(impl_->turns_due - 1, 0);
     if (daemon_ != nullptr)
         MHD_run(daemon_);
 }
