@@ -10,7 +10,7 @@ without_packages=(-DCMAKE_DISABLE_FIND_PACKAGE_{CLI11,nlohmann_json,GTest}=ON
     -DMICROHTTPD_{INCLUDE_DIR,LIBRARY}=/installed-or-not)
 
 no_tools="libcli11-dev is missing; install it or configure with -DLIBWLAN_TOOLS=OFF"
-no_setup="libcli11-dev nlohmann-json3-dev are missing; install them or configure with -DLIBWLAN_SETUP=OFF"
+no_setup="nlohmann-json3-dev is missing; install it or configure with -DLIBWLAN_SETUP=OFF"
 no_camera="libcli11-dev nlohmann-json3-dev are missing; install them or configure with -DLIBWLAN_SIM=OFF"
 no_examples="nlohmann-json3-dev is missing; install it or configure with -DLIBWLAN_EXAMPLES=OFF"
 no_tests="libgtest-dev libcli11-dev nlohmann-json3-dev are missing; install them or configure with -DBUILD_TESTING=OFF"

@@ -17,11 +17,20 @@ TEST(input_test, knows_its_own_host) {
         int port;
         bool own;
     } rows[] = {
-        {"192.168.8.1", 80, true},         {"192.168.8.1:80", 80, true},    {"Camera.LAN", 80, true},
-        {"192.168.8.1", 8080, false},      {"192.168.8.1:8080", 8080, true}, {"192.168.8.1:8080", 80, false},
-        {"192.168.8.10", 80, false},       {"92.168.8.1", 80, false},       {"", 80, false},
-        {"evil.example", 80, false},       {"192.168.8.1.evil.example", 80, false},
-        {"user@192.168.8.1", 80, false},   {"192.168.8.1:", 80, false},     {"192.168.8.1 ", 80, false},
+        {"192.168.8.1", 80, true},
+        {"192.168.8.1:80", 80, true},
+        {"Camera.LAN", 80, true},
+        {"192.168.8.1", 8080, false},
+        {"192.168.8.1:8080", 8080, true},
+        {"192.168.8.1:8080", 80, false},
+        {"192.168.8.10", 80, false},
+        {"92.168.8.1", 80, false},
+        {"", 80, false},
+        {"evil.example", 80, false},
+        {"192.168.8.1.evil.example", 80, false},
+        {"user@192.168.8.1", 80, false},
+        {"192.168.8.1:", 80, false},
+        {"192.168.8.1 ", 80, false},
     };
     for (const auto& row : rows) {
         EXPECT_EQ(is_own_host(row.host, names, row.port), row.own) << row.host << " at " << row.port;

@@ -141,8 +141,8 @@ protected:
     }
 
     [[nodiscard]] std::string post(const std::string& path, const std::string& headers, const std::string& body) const {
-        return "POST " + path + " HTTP/1.1\r\n" + headers + "Connection: close\r\nContent-Length: " +
-               std::to_string(body.size()) + "\r\n\r\n" + body;
+        return "POST " + path + " HTTP/1.1\r\n" + headers +
+               "Connection: close\r\nContent-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body;
     }
 
     int port_ = 0;
@@ -182,8 +182,8 @@ TEST_F(server_test, answers_its_own_page_only) {
         {"a form", host() + "Content-Type: application/x-www-form-urlencoded\r\n", 415},
         {"cross-site by the browser's word", host() + json_type + "Sec-Fetch-Site: cross-site\r\n", 403},
         {"a rebound name", std::string("Host: evil.example\r\n") + json_type, 421},
-        {"a rebound name with its origin", std::string("Host: evil.example\r\nOrigin: http://evil.example\r\n") + json_type,
-         421},
+        {"a rebound name with its origin",
+         std::string("Host: evil.example\r\nOrigin: http://evil.example\r\n") + json_type, 421},
         {"no host", json_type, 400},
     };
     for (const auto& row : rows) {

@@ -71,8 +71,8 @@ TEST(states_test, keeps_the_page_when_it_asks) {
 
 TEST(states_test, goes_from_the_access_point_only_when_connected) {
     for (const transition& row : transitions) {
-        const bool leaves = row_of(row.from).page == page_place::access_point &&
-                            row_of(row.to).page != page_place::access_point;
+        const bool leaves =
+            row_of(row.from).page == page_place::access_point && row_of(row.to).page != page_place::access_point;
         EXPECT_EQ(leaves, row.to == state::closing) << row_of(row.from).word;
         if (leaves) {
             EXPECT_TRUE(row.on == event::good || row.from == state::leaving) << row_of(row.from).word;
@@ -86,16 +86,11 @@ TEST(states_test, comes_to_rest_where_it_should) {
         event result;
         state to;
     } rows[] = {
-        {state::looking, event::good, state::connected},
-        {state::surveying, event::bad, state::serving},
-        {state::joining, event::good, state::connected},
-        {state::joining, event::bad, state::serving},
-        {state::storing, event::bad, state::serving},
-        {state::pressing, event::good, state::connected},
-        {state::pressing, event::bad, state::serving},
-        {state::retrying, event::good, state::connected},
-        {state::retrying, event::bad, state::serving},
-        {state::changing, event::good, state::connected},
+        {state::looking, event::good, state::connected}, {state::surveying, event::bad, state::serving},
+        {state::joining, event::good, state::connected}, {state::joining, event::bad, state::serving},
+        {state::storing, event::bad, state::serving},    {state::pressing, event::good, state::connected},
+        {state::pressing, event::bad, state::serving},   {state::retrying, event::good, state::connected},
+        {state::retrying, event::bad, state::serving},   {state::changing, event::good, state::connected},
     };
     for (const auto& row : rows)
         EXPECT_EQ(row_of(left_alone(row.from, row.result)).word, row_of(row.to).word) << row_of(row.from).word;

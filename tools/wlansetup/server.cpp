@@ -284,7 +284,8 @@ struct server::implementation {
         leaving->owner.streams.erase(leaving->place);
     }
 
-    /// The library takes up in one turn what was resumed and sends in the next, and asks for neither.
+    /// The library takes up in one turn what was resumed and sends in the next, and asks for
+    /// neither.
     void wake(stream& sleeping) {
         if (!std::exchange(sleeping.suspended, false))
             return;

@@ -63,10 +63,10 @@ reply refused(unsigned int status, const std::string& reason, const std::string&
 
 setup::setup(setup_options options)
     : options_(std::move(options)),
-      server_(options_.http, {[this] { return tell_status(); }, [this] { return tell_state(); },
-                              [this](const std::string& order, const json& body) {
-                                  return take_order(order, body);
-                              }}),
+      server_(
+          {options_.port, options_.names, static_cast<unsigned int>(options_.slow)},
+          {[this] { return tell_status(); }, [this] { return tell_state(); },
+           [this](const std::string& order, const json& body) { return take_order(order, body); }}),
       radio_({[this](const json& told) { hear_event(told); },
               [this](const json& told) { hear_outcome(told); }}),
       next_tick_(wall_clock::now()), own_address_(options_.address), progress_(json::array()) {}
@@ -86,8 +86,9 @@ void setup::on(event what) {
 
 void setup::enter(state next) {
     const bool asked = next == state::joining || next == state::pressing || next == state::changing;
-    const bool routine = row_of(next).does == task::ask_status ||
-                         (row_of(state_).does == task::ask_status && row_of(next).does == task::rest);
+    const bool routine =
+        row_of(next).does == task::ask_status ||
+        (row_of(state_).does == task::ask_status && row_of(next).does == task::rest);
     state_ = next;
     due_ = wall_clock::time_point::max();
     if (!routine)

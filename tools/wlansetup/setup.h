@@ -28,7 +28,9 @@ struct setup_options {
     int shown = 20;            ///< seconds that the access point outlives success
     bool needs_address = true; ///< a network counts as joined once it gave an address
     bool keep_page = false;
-    server_options http;
+    std::vector<std::string> names; ///< that lead to the page besides its address, in lower case
+    int port = 80;
+    int slow = 30; ///< seconds that a browser may take for a request
 };
 
 class setup {
