@@ -98,8 +98,8 @@ void setup::enter(state next) {
         outcome_ = nullptr;
     }
     place_page();
-    server_.publish("state", tell_state());
     carry_out(row_of(next).does);
+    server_.publish("state", tell_state());
 }
 
 void setup::carry_out(task what) {
@@ -154,7 +154,7 @@ void setup::carry_out(task what) {
         ask({"wps"}, button_patience);
         break;
     case task::store:
-        ask(with_network({"store", "set", "client"}), short_patience, order_.key);
+        ask(with_network({"store", "set"}), short_patience, order_.key);
         break;
     case task::disconnect:
         dhcp_.stop();
@@ -247,9 +247,8 @@ void setup::hear_outcome(const json& told) {
     const bool ok = is_true(told, "ok");
     const task what = row_of(state_).does;
     event result = ok ? event::good : event::bad;
-    if (shows_progress() || what == task::store) {
-        if (!ok || what != task::store)
-            outcome_ = told;
+    if (shows_progress() || (what == task::store && !ok)) {
+        outcome_ = told;
         server_.publish("", told);
     }
     switch (what) {
