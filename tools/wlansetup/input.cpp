@@ -117,8 +117,10 @@ std::string unescape(std::string_view text) {
 std::string to_hex(std::string_view bytes) {
     constexpr char digits[] = "0123456789abcdef";
     std::string hex;
-    for (const unsigned char byte : bytes)
+    for (const char c : bytes) {
+        const auto byte = static_cast<unsigned char>(c);
         hex += {digits[byte >> 4], digits[byte & 0xF]};
+    }
     return hex;
 }
 
