@@ -105,7 +105,7 @@ class Camera {
         await new Promise((done) => setTimeout(done, 50));
       }
     }
-    await page.getByRole('button', { name: 'Another network' }).waitFor();
+    await page.getByRole('button', { name: /[aA]nother network/ }).waitFor();
     return page;
   }
 
@@ -359,6 +359,28 @@ const tests = {
     await join(page, 'Office', 'correct horse');
     await page.getByText('could not remember it').waitFor();
     assert.ok(fs.existsSync(path.join(camera.folder, 'access_point')));
+  },
+
+  async 'changes the network at its new address'(camera) {
+    camera.write('address', '127.0.0.2');
+    camera.write('stored', `${hex('Office')} correct horse\n`);
+    camera.program.kill('SIGTERM');
+    await camera.ended;
+    await camera.start('--keep-page');
+    camera.url = `http://127.0.0.2:${camera.port}/`;
+    const page = await camera.browse();
+    await heading(page, 'Dome 2 is connected');
+    await page.getByText('It is on the network Office').waitFor();
+    await checkAccess(page, 'connected');
+    await page.getByRole('button', { name: 'Choose another network' }).click();
+    await page.getByRole('button', { name: 'Search again' }).click();
+    await join(page, 'Werkstatt', 'wrong wrong');
+    await page.getByText('The key is not right').waitFor();
+    await page.getByLabel('Key', { exact: true }).fill('schraubstock 12');
+    await page.getByRole('button', { name: 'Connect', exact: true }).click();
+    await page.getByText('It is on the network Werkstatt Süd').waitFor();
+    assert.equal(camera.read('stored'), `${hex('Werkstatt Süd')} schraubstock 12\n`);
+    assert.ok(!fs.existsSync(path.join(camera.folder, 'access_point')), 'there was an access point');
   },
 
   async 'comes back when the network is gone for good'(camera) {

@@ -323,6 +323,17 @@ TEST_F(server_test, tells_nobody_a_key) {
     EXPECT_EQ(read("/stored"), "4f6666696365 correct horse\n");
 }
 
+TEST_F(server_test, runs_the_dns_server_beside_the_access_point) {
+    start({"--shown", "0", "--dns", "echo $$ >" + folder + "/dns; exec sleep 600"});
+    while (read("/dns").empty())
+        usleep(1000);
+    const int dns = std::stoi(read("/dns"));
+    EXPECT_EQ(kill(dns, 0), 0);
+    EXPECT_EQ(ask(post("/api/join", host() + json_type, R"({"name": "Office", "key": "correct horse"})")), 202);
+    wait_for("connected");
+    EXPECT_EQ(kill(dns, 0), -1);
+}
+
 TEST_F(server_test, lives_with_a_wlanctl_that_never_answers) {
     start();
     write("/silent", "");

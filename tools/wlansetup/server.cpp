@@ -462,6 +462,10 @@ void server::publish(const std::string& name, const json& data) {
                        "\n\n");
 }
 
+bool server::is_watched() const {
+    return !impl_->streams.empty();
+}
+
 void server::tick() {
     impl_->end_slow_clients();
     if (++impl_->ticks % ticks_between_signs_of_life == 0)

@@ -57,6 +57,9 @@ public:
     /// Sends an event to every page that listens to them.
     void publish(const std::string& name, const nlohmann::json& data);
 
+    /// Whether a page is open somewhere.
+    [[nodiscard]] bool is_watched() const;
+
     /// What happens once a second: ends slow connections, finds dead ones.
     void tick();
 

@@ -228,7 +228,7 @@ event setup::judge_status(const json& told) {
     }
     if (has_cable_)
         return event::good;
-    const bool unused = now - used_ > seconds(page_in_use);
+    const bool unused = !server_.is_watched() && now - used_ > seconds(page_in_use);
     const bool late = now - retried_ > seconds(options_.retry);
     return has_stored_ && options_.retry > 0 && unused && late ? event::stale : event::bad;
 }

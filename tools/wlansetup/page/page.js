@@ -12,6 +12,7 @@
   let chosen = null;      // ssid_hex of the network whose form is open; '' for one that is typed
   let told = '';          // the failure that was shown and closed
   let changing = false;   // a connected camera is asked to change
+  let tried = false;      // something was under way since
   let own = false;        // this page asked for what is under way
   let source = null;
   let retry = 0;
@@ -314,6 +315,11 @@
   function draw() {
     if (!status) return;
     document.title = texts.title + ' – ' + model();
+    if (busy()) tried = true;
+    if (connected() && tried) {
+      tried = false;
+      if (status.outcome && status.outcome.ok) changing = false;
+    }
     if (busy()) drawProgress();
     else if (status.state === 'leaving' || (connected() && !changing)) drawDone();
     else drawChoose();
