@@ -71,8 +71,10 @@ static enum result join(const char* const* arguments, const char* key) {
 
 static int open_descriptors(void) {
     DIR* const folder = opendir("/proc/self/fd");
+    if (folder == NULL)
+        return -1;
     int count = 0;
-    while (folder != NULL && readdir(folder) != NULL)
+    while (readdir(folder) != NULL)
         ++count;
     closedir(folder);
     return count;

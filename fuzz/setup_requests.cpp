@@ -31,9 +31,10 @@ void read_body(std::string_view text) {
     if (object.is_null())
         return;
     const std::vector<network> listed = read_networks(object);
-    for (const network& one : listed)
+    for (const network& one : listed) {
         fuzz_check(!one.ssid.empty() && one.ssid.size() <= longest_ssid && one.bars >= 0 &&
                    one.bars <= 4);
+    }
     std::string problem;
     const auto order = read_join(object, listed, problem);
     fuzz_check(order.has_value() == problem.empty());

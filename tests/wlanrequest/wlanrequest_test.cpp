@@ -62,7 +62,7 @@ protected:
         wlan_request* request = wlan_request_start(arguments, key);
         if (request == nullptr)
             return {"not started"};
-        const lines events = events_of(request);
+        lines events = events_of(request);
         wlan_request_free(request);
         return events;
     }
@@ -97,7 +97,8 @@ TEST_F(wlanrequest_test, passes_arguments_and_key) {
 
 TEST_F(wlanrequest_test, finds_wlanctl_in_path) {
     write_wlanctl("echo found");
-    const std::string path = getenv("PATH");
+    const char* const found = getenv("PATH");
+    const std::string path = found == nullptr ? "" : found;
     unsetenv("WLANCTL");
     setenv("PATH", (folder + ":" + path).c_str(), 1);
     EXPECT_EQ(run(), lines{"found"});

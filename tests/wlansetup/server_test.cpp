@@ -29,7 +29,7 @@ public:
     explicit client(int port, const char* from = "127.0.0.1") : socket_(socket(AF_INET, SOCK_STREAM, 0)) {
         sockaddr_in own = address(from, 0);
         sockaddr_in server = address("127.0.0.1", port);
-        bind(socket_, reinterpret_cast<sockaddr*>(&own), sizeof own);
+        (void)bind(socket_, reinterpret_cast<sockaddr*>(&own), sizeof own);
         connected_ = connect(socket_, reinterpret_cast<sockaddr*>(&server), sizeof server) == 0;
     }
     ~client() { close(socket_); }
@@ -84,10 +84,11 @@ protected:
                       "\n");
         setenv("STAND_IN", folder.c_str(), 1);
         setenv("WLANCTL", STAND_IN, 1);
-        port_ = free_port();
-        std::vector<std::string> arguments = {"wlansetup", "--port", std::to_string(port_), "--retry", "0"};
+        port = free_port();
+        std::vector<std::string> arguments = {"wlansetup", "--port", std::to_string(port), "--retry", "0"};
         arguments.insert(arguments.end(), more.begin(), more.end());
         std::vector<char*> argv;
+        argv.reserve(arguments.size() + 1);
         for (std::string& argument : arguments)
             argv.push_back(argument.data());
         argv.push_back(nullptr);
@@ -123,12 +124,12 @@ protected:
         }
     }
 
-    [[nodiscard]] std::string host() const { return "Host: 127.0.0.1:" + std::to_string(port_) + "\r\n"; }
+    [[nodiscard]] std::string host() const { return "Host: 127.0.0.1:" + std::to_string(port) + "\r\n"; }
 
     /// @return the status of the answer to one request, 0 when there was none.
     [[nodiscard]] int ask(const std::string& request, std::string* answer = nullptr,
                           const char* from = "127.0.0.1") const {
-        client asking(port_, from);
+        client asking(port, from);
         asking.say(request);
         const std::string heard = asking.hear();
         if (answer != nullptr)
@@ -145,7 +146,7 @@ protected:
                "Connection: close\r\nContent-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body;
     }
 
-    int port_ = 0;
+    int port = 0;
 
 private:
     static int free_port() {
@@ -154,7 +155,7 @@ private:
         any.sin_family = AF_INET;
         any.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
         socklen_t length = sizeof any;
-        bind(listening, reinterpret_cast<sockaddr*>(&any), length);
+        (void)bind(listening, reinterpret_cast<sockaddr*>(&any), length);
         getsockname(listening, reinterpret_cast<sockaddr*>(&any), &length);
         close(listening);
         return ntohs(any.sin_port);
@@ -167,7 +168,7 @@ constexpr char json_type[] = "Content-Type: application/json\r\n";
 
 TEST_F(server_test, answers_its_own_page_only) {
     start();
-    const std::string own = "Origin: http://127.0.0.1:" + std::to_string(port_) + "\r\n";
+    const std::string own = "Origin: http://127.0.0.1:" + std::to_string(port) + "\r\n";
     const struct {
         const char* name;
         std::string headers;
@@ -197,7 +198,7 @@ TEST_F(server_test, answers_its_own_page_only) {
 
 TEST_F(server_test, shows_phones_the_way) {
     start();
-    const std::string location = "Location: http://127.0.0.1:" + std::to_string(port_) + "/\r\n";
+    const std::string location = "Location: http://127.0.0.1:" + std::to_string(port) + "/\r\n";
     for (const char* probe : {"/generate_204", "/hotspot-detect.html", "/connecttest.txt", "/ncsi.txt", "/", "/any"}) {
         std::string answer;
         EXPECT_EQ(ask(std::string("GET ") + probe + " HTTP/1.1\r\nHost: captive.example\r\nConnection: close\r\n\r\n",
@@ -234,7 +235,7 @@ TEST_F(server_test, refuses_what_is_too_long_or_none) {
     EXPECT_EQ(ask("GET / HTTP/1.1\r\n" + host() + "X: " + std::string(20000, 'x') + "\r\n\r\n"), 431);
     for (const std::string& garbage : {std::string(30000, '\0'), std::string(30000, 'x'), std::string("\r\n\r\n\r\n"),
                                        std::string("GET\r\n\r\n"), std::string("\x16\x03\x01\x02\x00\x01", 6)}) {
-        client rude(port_);
+        client rude(port);
         rude.say(garbage);
     }
     EXPECT_EQ(ask(get("/")), 200);
@@ -242,16 +243,16 @@ TEST_F(server_test, refuses_what_is_too_long_or_none) {
 
 TEST_F(server_test, ends_slow_clients) {
     start({"--slow", "1"});
-    client silent(port_);
-    client halting(port_);
-    client with_body(port_);
+    client silent(port);
+    client halting(port);
+    client with_body(port);
     halting.say("GET / HT");
     with_body.say("POST /api/join HTTP/1.1\r\n" + host() + json_type + "Content-Length: 10\r\n\r\n{");
     for (client* slow : {&silent, &halting, &with_body}) {
         slow->hear();
         EXPECT_TRUE(slow->was_closed());
     }
-    client listening(port_); // listens to events, and is no slow one
+    client listening(port); // listens to events, and is no slow one
     listening.say(get("/api/events"));
     listening.hear("event: state");
     EXPECT_EQ(ask(get("/")), 200);
@@ -264,7 +265,7 @@ TEST_F(server_test, serves_others_while_one_floods) {
     start();
     std::vector<std::unique_ptr<client>> flood;
     for (int count = 0; count < 500; ++count) {
-        flood.push_back(std::make_unique<client>(port_, "127.0.0.2"));
+        flood.push_back(std::make_unique<client>(port, "127.0.0.2"));
         flood.back()->say(count % 2 == 0 ? "GET / HTTP/1.1\r\n" : get("/api/events"));
     }
     EXPECT_EQ(ask(get("/api/status")), 200);
@@ -278,10 +279,10 @@ TEST_F(server_test, lets_streams_fall_behind) {
     start();
     std::vector<std::unique_ptr<client>> deaf;
     for (int count = 0; count < 11; ++count) {
-        deaf.push_back(std::make_unique<client>(port_));
+        deaf.push_back(std::make_unique<client>(port));
         deaf.back()->say(get("/api/events"));
     }
-    client hearing(port_, "127.0.0.3");
+    client hearing(port, "127.0.0.3");
     hearing.say(get("/api/events"));
     hearing.hear("event: state");
     for (int count = 0; count < 30; ++count) {
@@ -311,7 +312,7 @@ TEST_F(server_test, waits_after_a_wrong_code) {
 
 TEST_F(server_test, tells_nobody_a_key) {
     start();
-    client listening(port_);
+    client listening(port);
     listening.say(get("/api/events"));
     std::string told = listening.hear("event: state");
     EXPECT_EQ(ask(post("/api/join", host() + json_type, R"({"name": "Office", "key": "correct horse"})")), 202);

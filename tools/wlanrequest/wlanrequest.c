@@ -17,8 +17,6 @@
 #include <time.h>
 #include <unistd.h>
 
-extern char** environ;
-
 enum {
     longest_key = 4096, // what every pipe takes at once
     first_size = 1024,

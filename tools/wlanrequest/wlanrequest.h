@@ -29,7 +29,7 @@ extern "C" {
 enum { wlan_request_longest_line = 65535 };
 
 /// A request under way, or over and not yet freed.
-typedef struct wlan_request wlan_request;
+typedef struct wlan_request wlan_request; // NOLINT(modernize-use-using): C's header, too
 
 /// Starts `wlanctl --json --progress ARGUMENT...`: the program that the environment variable
 /// WLANCTL names, or else the first of that name in PATH.

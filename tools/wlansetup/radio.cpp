@@ -18,13 +18,12 @@ json failed(const char* reason, const std::string& error) {
 
 } // namespace
 
-void radio::begin(std::vector<std::string> arguments, std::string key,
+void radio::begin(std::vector<std::string> arguments, const std::string& key,
                   std::chrono::seconds patience) {
     stop();
-    next_ = std::make_unique<order>(order{std::move(arguments), std::move(key), patience});
-    explicit_bzero(key.data(), key.size());
+    next_ = std::make_unique<order>(std::move(arguments), key, patience);
     if (running_ == nullptr)
-        start(std::move(*std::exchange(next_, nullptr)));
+        start(*std::exchange(next_, nullptr));
 }
 
 void radio::stop() {
@@ -49,7 +48,7 @@ wall_clock::time_point radio::due() const {
     return due_;
 }
 
-void radio::start(order&& next) {
+void radio::start(const order& next) {
     std::vector<const char*> arguments;
     for (const std::string& argument : next.arguments)
         arguments.push_back(argument.c_str());
@@ -63,7 +62,6 @@ void radio::start(order&& next) {
         outcome_ = failed("program_missing", std::string("wlanctl: ") + std::strerror(errno));
         due_ = wall_clock::now(); // told by take(), not to a caller in the midst of begin()
     }
-    explicit_bzero(next.key.data(), next.key.size());
 }
 
 void radio::hear(const char* line) {
@@ -110,7 +108,7 @@ void radio::finish() {
     outcome_ = nullptr;
     const bool unheard = std::exchange(unheard_, false);
     if (next_ != nullptr) {
-        start(std::move(*std::exchange(next_, nullptr)));
+        start(*std::exchange(next_, nullptr));
     } else if (!unheard) {
         listener_.outcome(outcome);
     }

@@ -4,9 +4,11 @@
 #pragma once
 
 #include <chrono>
+#include <cstring>
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <nlohmann/json.hpp>
@@ -24,7 +26,8 @@ public:
     explicit radio(listener hearing) : listener_(std::move(hearing)) {}
 
     /// Begins a request. One that runs is cancelled, and nothing more is heard of it.
-    void begin(std::vector<std::string> arguments, std::string key, std::chrono::seconds patience);
+    void begin(std::vector<std::string> arguments, const std::string& key,
+               std::chrono::seconds patience);
 
     /// Cancels what runs; nothing more is heard of it.
     void stop();
@@ -46,9 +49,15 @@ private:
         std::vector<std::string> arguments;
         std::string key;
         std::chrono::seconds patience{};
+
+        order(std::vector<std::string> with, std::string secret, std::chrono::seconds lasting)
+            : arguments(std::move(with)), key(std::move(secret)), patience(lasting) {}
+        order(const order&) = delete;
+        order& operator=(const order&) = delete;
+        ~order() { explicit_bzero(key.data(), key.size()); }
     };
 
-    void start(order&& next);
+    void start(const order& next);
     void finish();
     void hear(const char* line);
 

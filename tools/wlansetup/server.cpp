@@ -183,7 +183,8 @@ struct server::implementation {
 
     /// @return the refusal of a request that would change something, or status 0.
     [[nodiscard]] reply judge_post(MHD_Connection* connection) const {
-        const auto origin = MHD_lookup_connection_value(connection, MHD_HEADER_KIND, "Origin");
+        const char* const origin =
+            MHD_lookup_connection_value(connection, MHD_HEADER_KIND, "Origin");
         const std::string_view site = header_of(connection, "Sec-Fetch-Site");
         const std::string_view type = header_of(connection, MHD_HTTP_HEADER_CONTENT_TYPE);
         if (!is_own(connection))
@@ -274,7 +275,7 @@ struct server::implementation {
             return 0;
         }
         const std::size_t count = std::min(size, from.unsent.size());
-        std::memcpy(buffer, from.unsent.data(), count);
+        from.unsent.copy(buffer, count);
         from.unsent.erase(0, count);
         return static_cast<ssize_t>(count);
     }

@@ -278,9 +278,10 @@ void setup::hear_outcome(const json& told) {
     default:
         break;
     }
-    if (!ok)
+    if (!ok) {
         std::fprintf(stderr, "wlansetup: %s: %s\n", row_of(state_).word,
                      text_in(told, "error").c_str());
+    }
     on(result);
 }
 
@@ -316,7 +317,7 @@ reply setup::take_join(const json& body) {
 
 reply setup::take_order(const std::string& order, const json& body) {
     used_ = wall_clock::now();
-    const reply judged = judge_code(body);
+    reply judged = judge_code(body);
     if (judged.status != 0)
         return judged;
     const event asked = order == "join"  ? event::join_asked
