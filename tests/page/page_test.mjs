@@ -33,6 +33,10 @@ const air = [
   ['Lager', 'versteckt', 50, 'WPA2-PSK AES', { hidden: true }],
 ];
 
+// For the pictures.
+const neighbours = [air[0], air[1], air[2], ['Müller-WLAN', 'x', 66, 'WPA2-PSK AES'], ['garden', 'x', 33, 'WPA2-PSK AES'],
+  ['HP-Print-4F-LaserJet', '-', 22, 'OPEN'], air[3]];
+
 function airLine([name, key, percent, security, more]) {
   const shown = Buffer.isBuffer(name) ? strangeName : name;
   return `${hex(name)}\t${key}\t` + JSON.stringify({ name: shown, bssid: '02:00:00:00:00:01', channel: 6,
@@ -221,7 +225,9 @@ const tests = {
   },
 
   async 'joins a name of 32 bytes that are no text'(camera) {
-    const page = await camera.browse();
+    const page = await camera.browse({ ...phone, viewport: { width: 320, height: 640 } });
+    await checkAccess(page, 'strange names');
+    assert.ok(await page.evaluate(() => document.documentElement.scrollWidth <= innerWidth), 'too wide');
     await join(page, strangeName, 'bytes bytes');
     await heading(page, 'Dome 2 is connected');
     assert.equal(camera.read('stored'), `${strange.toString('hex')} bytes bytes\n`);
@@ -431,6 +437,7 @@ const tests = {
   async 'is fit for everybody, on small screens, in light and dark'(camera) {
     camera.program.kill('SIGTERM');
     await camera.ended;
+    camera.write('air', neighbours.map(airLine).join(''));
     await camera.start('--shown', '20');
     camera.write('pace', '0.4');
     for (const colorScheme of ['light', 'dark']) {

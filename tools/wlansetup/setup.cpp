@@ -21,6 +21,7 @@ constexpr int mode_patience = 90;        // seconds, besides the wait for an out
 constexpr int button_patience = 150;     // seconds; a router listens for two minutes
 constexpr int pause_before_opening = 10; // seconds until the access point is tried again
 constexpr int page_in_use = 120;         // seconds after its last request
+constexpr int outcome_lasts = 300;       // seconds that a new visitor is told what went wrong
 constexpr int longest_code_pause = 30;   // seconds
 constexpr std::size_t most_progress = 64;
 
@@ -249,6 +250,7 @@ void setup::hear_outcome(const json& told) {
     event result = ok ? event::good : event::bad;
     if (shows_progress() || (what == task::store && !ok)) {
         outcome_ = told;
+        told_ = wall_clock::now();
         server_.publish("", told);
     }
     switch (what) {
@@ -335,11 +337,12 @@ reply setup::take_order(const std::string& order, const json& body) {
 
 json setup::tell_state() const {
     const auto left = std::chrono::duration_cast<seconds>(due_ - wall_clock::now()).count();
+    const bool is_news = wall_clock::now() - told_ < seconds(outcome_lasts);
     return {{"state", row_of(state_).word},
             {"ssid", text_in(outcome_, "ssid").empty() ? text_in(joined_, "ssid")
                                                        : text_in(outcome_, "ssid")},
             {"closes_in", state_ == state::leaving ? json(std::max<long long>(left, 0)) : json()},
-            {"outcome", outcome_},
+            {"outcome", is_news ? outcome_ : json()},
             {"joined", joined_},
             {"surveyed", networks_.size()}};
 }

@@ -79,6 +79,7 @@ private:
     wall_clock::time_point next_tick_;
     wall_clock::time_point used_;      ///< the page, last
     wall_clock::time_point retried_;   ///< the stored network, last
+    wall_clock::time_point told_;      ///< the outcome
     wall_clock::time_point linked_;    ///< seen, last
     wall_clock::time_point code_open_; ///< until then no code is looked at
     int wrong_codes_ = 0;
