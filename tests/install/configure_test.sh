@@ -6,9 +6,11 @@ set -euo pipefail
 source=$1 without_inih="-DCMAKE_IGNORE_PATH=$2;$(dirname "$3")"
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-without_packages=(-DCMAKE_DISABLE_FIND_PACKAGE_{CLI11,nlohmann_json,GTest}=ON)
+without_packages=(-DCMAKE_DISABLE_FIND_PACKAGE_{CLI11,nlohmann_json,GTest}=ON
+    -DMICROHTTPD_{INCLUDE_DIR,LIBRARY}=/installed-or-not)
 
 no_tools="libcli11-dev is missing; install it or configure with -DLIBWLAN_TOOLS=OFF"
+no_setup="nlohmann-json3-dev is missing; install it or configure with -DLIBWLAN_SETUP=OFF"
 no_camera="libcli11-dev nlohmann-json3-dev are missing; install them or configure with -DLIBWLAN_SIM=OFF"
 no_examples="nlohmann-json3-dev is missing; install it or configure with -DLIBWLAN_EXAMPLES=OFF"
 no_tests="libgtest-dev libcli11-dev nlohmann-json3-dev are missing; install them or configure with -DBUILD_TESTING=OFF"
@@ -29,6 +31,7 @@ configure() {
 
 configure "nothing but inih" 'done' "${without_packages[@]}" <<END
 -- Without wlanctl: $no_tools
+-- Without wlansetup: $no_setup
 -- Without the virtual camera: $no_camera
 -- Without the examples: $no_examples
 -- Without the tests: $no_tests
@@ -40,11 +43,12 @@ if grep -E '"command": ".* -(Werror|O|g)' "$work/build/compile_commands.json"; t
 fi
 
 configure "a store of the firmware's" 'done' "$without_inih" "${without_packages[@]}" -DLIBWLAN_STORE=firmware \
-    -DLIBWLAN_TOOLS=OFF -DLIBWLAN_SIM=OFF -DLIBWLAN_EXAMPLES=OFF -DBUILD_TESTING=OFF </dev/null
+    -DLIBWLAN_TOOLS=OFF -DLIBWLAN_SETUP=OFF -DLIBWLAN_SIM=OFF -DLIBWLAN_EXAMPLES=OFF -DBUILD_TESTING=OFF </dev/null
 
 # The folders that are passed over hold wpa_ctrl.h and its library, too.
 configure "nothing" refused "$without_inih" "${without_packages[@]}" -DLIBWLAN_TOOLS=ON -DBUILD_TESTING=ON <<END
 -- Without the daemons' own reasons in wlanctl: $no_reasons
+-- Without wlansetup: $no_setup
 -- Without the virtual camera: $no_camera
 -- Without the examples: $no_examples
  wlanctl: $no_tools

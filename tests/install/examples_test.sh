@@ -30,6 +30,15 @@ for family in mtk realtek; do
     [[ $told == *"Office was not joined"* ]] && served || fail "no access point to fall back to: $told"
 done
 
+if [ -n "${WLANCTL:-}" ]; then
+    for family in mtk realtek; do
+        told=$(camera --fresh --scene "$scenes/$family-office.json" -- \
+            "$examples/event_loop" Office 'correct horse battery' 15 </dev/null) || fail "not joined: $told"
+        [ "$(grep -c '"outcome": "joined"' <<<"$told")" = 15 ] || fail "not joined each time: $told"
+        [[ $told == *"left after 15: 0 descriptors, 0 bytes, no child" ]] || fail "something is left: $told"
+    done
+fi
+
 family=mtk
 camera --fresh --scene "$scenes/mtk-office.json" -- "$examples/wps_button" >/dev/null || fail "no WPS"
 grep -q '^ssid = "Werkstatt' "$work/camera/etc/camera.conf" || fail "the network was not stored"

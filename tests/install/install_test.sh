@@ -40,7 +40,8 @@ CPP
 # Installs the library alone as NAME, built with the options.
 install_library() {
     local name=$1
-    cmake -S "$source" -B "$work/build" -DLIBWLAN_SIM=OFF -DLIBWLAN_TOOLS=OFF -DLIBWLAN_EXAMPLES=OFF \
+    cmake -S "$source" -B "$work/build" -DLIBWLAN_SIM=OFF -DLIBWLAN_TOOLS=OFF -DLIBWLAN_REQUEST=OFF -DLIBWLAN_SETUP=OFF \
+        -DLIBWLAN_EXAMPLES=OFF \
         -DBUILD_TESTING=OFF -DCMAKE_CXX_FLAGS="${CXXFLAGS:-}" "${@:2}" >/dev/null
     cmake --build "$work/build" --parallel >/dev/null
     DESTDIR=$work/$name cmake --install "$work/build" --prefix /usr >/dev/null
@@ -73,7 +74,7 @@ check() {
 }
 
 DESTDIR=$work/shared cmake --install "$build" --prefix /usr >/dev/null
-test "$(pages "$work/shared")" = 'vcamera.1 libwlan.3 camera.conf.5 wlanctl.8'
+test "$(pages "$work/shared")" = 'vcamera.1 libwlan.3 wlanrequest.3 camera.conf.5 wlanctl.8 wlansetup.8'
 vcamera=$work/shared/usr/bin/vcamera
 check shared pkg-config libwlan.so.1
 
@@ -88,6 +89,30 @@ check static_with_firmware 'pkg-config --static' ''
 install_library shared_with_firmware -DBUILD_SHARED_LIBS=ON
 check shared_with_firmware pkg-config libwlan.so.1
 readelf -d "$work"/shared_with_firmware/usr/lib*/libwlan.so | grep -F '[libfirmware.so]' # not by its path here
+
+# The client library, through pkg-config and CMake, in C.
+export PKG_CONFIG_PATH=$(dirname "$(find "$work/shared" -name libwlanrequest.pc)")
+mkdir "$work/client"
+cat >"$work/client/CMakeLists.txt" <<'CMAKE'
+cmake_minimum_required(VERSION 3.16)
+project(client C CXX)
+find_package(libwlan REQUIRED)
+add_executable(client event_loop.c)
+target_link_libraries(client libwlan::wlanrequest)
+CMAKE
+cp "$source/examples/event_loop.c" "$work/client"
+cmake -S "$work/client" -B "$work/client/build" -DCMAKE_PREFIX_PATH="$work/shared/usr" \
+    -DCMAKE_LIBRARY_PATH="$firmware" -DCMAKE_C_FLAGS="${CXXFLAGS:-}" >/dev/null
+cmake --build "$work/client/build" >/dev/null
+# shellcheck disable=SC2046,SC2086
+"${CC:-cc}" ${CXXFLAGS:-} "$work/client/event_loop.c" -o "$work/client/by_pkg_config" \
+    $(pkg-config --cflags --libs libwlanrequest)
+printf '#!/bin/sh\necho "{\\"event\\": \\"outcome\\", \\"ok\\": true}"\n' >"$work/client/wlanctl"
+chmod +x "$work/client/wlanctl"
+for program in "$work/client/build/client" "$work/client/by_pkg_config"; do
+    LD_LIBRARY_PATH=$(pkg-config --variable=libdir libwlanrequest) WLANCTL=$work/client/wlanctl \
+        "$program" Office - </dev/null | grep -q outcome
+done
 
 wlanctl=$work/shared/usr/sbin/wlanctl
 test "$("$wlanctl" --version)" = "wlanctl $(pkg-config --modversion libwlan)"

@@ -26,4 +26,16 @@ else
 LIBWLAN_CONF_OPTS += -DLIBWLAN_TOOLS=OFF
 endif
 
+ifeq ($(BR2_PACKAGE_LIBWLAN_WLANSETUP),y)
+LIBWLAN_CONF_OPTS += -DLIBWLAN_REQUEST=ON -DLIBWLAN_SETUP=ON
+LIBWLAN_DEPENDENCIES += libmicrohttpd json-for-modern-cpp
+
+define LIBWLAN_INSTALL_INIT_SYSV
+	$(INSTALL) -D -m 0755 $(@D)/tools/wlansetup/service/S90wlansetup \
+		$(TARGET_DIR)/etc/init.d/S90wlansetup
+endef
+else
+LIBWLAN_CONF_OPTS += -DLIBWLAN_SETUP=OFF
+endif
+
 $(eval $(cmake-package))
