@@ -200,13 +200,13 @@ TEST_F(wlanrequest_test, cancels_when_freed_early) {
 
 TEST_F(wlanrequest_test, kills_what_does_not_end) {
     write_wlanctl(
-        "trap '' TERM; echo $$ >\"$0.pid\"; sleep 60 & echo $! >\"$0.helper\"; echo begun; while :; do wait; done");
+        "trap '' TERM; echo $$ >\"$0.pid\"; sleep 60 & echo $! >\"$0.other\"; echo begun; while :; do wait; done");
     wlan_request* request = wlan_request_start(no_arguments, nullptr);
     EXPECT_EQ(first_event(request), "begun");
     wlan_request_free(request);
     EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
     EXPECT_TRUE(goes(number_in("/wlanctl.pid")));
-    EXPECT_TRUE(goes(number_in("/wlanctl.helper")));
+    EXPECT_TRUE(goes(number_in("/wlanctl.other")));
 }
 
 TEST_F(wlanrequest_test, names_what_keeps_it_from_starting) {
