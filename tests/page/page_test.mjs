@@ -449,6 +449,7 @@ const tests = {
           assert.ok(await page.evaluate(() => document.documentElement.scrollWidth <= innerWidth), name(what) + ': too wide');
           await picture(page, name(what));
         };
+        await network(page, 'Office').waitFor();
         await check('list');
         await network(page, 'Office').click();
         await page.getByLabel('Key', { exact: true }).fill('wrong horse');
