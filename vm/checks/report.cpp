@@ -4,7 +4,10 @@
 #include "report.h"
 
 #include <cstdio>
+#include <cstring>
 #include <exception>
+
+namespace {
 
 void report(const check& check) {
     // The daemons that a check starts have the first serial line for their own words.
@@ -18,4 +21,21 @@ void report(const check& check) {
     std::fprintf(second_line, "%-5s %-50s %s\n", found.passed ? "ok" : "FAIL", check.what,
                  found.seen.c_str());
     std::fflush(second_line);
+}
+
+} // namespace
+
+int report(const std::vector<check>& checks, const char* const* groups) {
+    for (; *groups != nullptr; ++groups) {
+        bool found = false;
+        for (const check& check : checks) {
+            if (std::strncmp(check.what, *groups, std::strlen(*groups)) == 0) {
+                report(check);
+                found = true;
+            }
+        }
+        if (!found)
+            return 1;
+    }
+    return 0;
 }

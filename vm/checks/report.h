@@ -5,6 +5,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 struct verdict {
     bool passed;
@@ -16,5 +17,7 @@ struct check {
     verdict (*run)();
 };
 
-/// Runs a check and reports it.
-void report(const check& check);
+/// Runs the checks whose names begin as one of the groups and reports them.
+/// @param groups ends with a null pointer.
+/// @return 0, or 1 when a group has no check.
+int report(const std::vector<check>& checks, const char* const* groups);
