@@ -3,6 +3,8 @@
 
 #include "tests/support/camera_test.h"
 
+#include <cerrno>
+
 #include <fcntl.h>
 
 #include "libwlan/libwlan.h"
@@ -192,13 +194,34 @@ TEST_F(realtek_modes, failed_access_point_keeps_from_joining) {
 TEST_F(realtek_modes, bad_texts_write_no_file) {
     plug_in(camera);
     const std::string two_lines = "x\nwpa=0";
-    EXPECT_EQ(do_ap_mode_realtek(nullptr, AUTH_OPEN, ENC_NONE, nullptr), -1);
-    EXPECT_EQ(do_ap_mode_realtek(text(net), AUTH_WPA2PSK, ENC_AES, nullptr), -1);
-    EXPECT_EQ(do_ap_mode_realtek(text(two_lines), AUTH_OPEN, ENC_NONE, nullptr), -1);
+    wext radio;
+    EXPECT_EQ(radio.create_hostapd_config(nullptr, AUTH_OPEN, ENC_NONE, nullptr), -1);
+    EXPECT_EQ(radio.create_hostapd_config(text(net), AUTH_WPA2PSK, ENC_AES, nullptr), -1);
+    EXPECT_EQ(radio.create_hostapd_config(text(two_lines), AUTH_OPEN, ENC_NONE, nullptr), -1);
     EXPECT_FALSE(exists("/tmp/hostapd.conf"));
-    EXPECT_EQ(do_infra_mode_realtek(nullptr, AUTH_OPEN, ENC_AES, nullptr), -1);
-    EXPECT_EQ(do_infra_mode_realtek(text(net), AUTH_WPAPSK, ENC_AES, text(two_lines)), -1);
+    EXPECT_EQ(radio.create_wpa_supplicant_config(nullptr, AUTH_OPEN, ENC_AES, nullptr), -1);
+    EXPECT_EQ(radio.create_wpa_supplicant_config(text(net), AUTH_WPAPSK, ENC_AES, text(two_lines)), -1);
     EXPECT_FALSE(exists("/tmp/wpa_supplicant.conf"));
+}
+
+TEST_F(realtek_modes, file_that_cannot_be_made_is_a_failure) {
+    const struct {
+        const char* name;
+        scene camera;
+    } rows[] = {
+        {"store without its file", scene("realtek")},
+        {"read-only files",
+         camera.fault("open", "EROFS").match("hostapd.conf").fault("open", "EROFS").match("wpa_supplicant.conf")},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        plug_in(row.camera);
+        wext radio;
+        EXPECT_EQ(radio.create_hostapd_config(text(net), AUTH_OPEN, ENC_NONE, nullptr), -1);
+        EXPECT_EQ(radio.create_wpa_supplicant_config(text(net), AUTH_OPEN, ENC_NONE, nullptr), -1);
+        EXPECT_FALSE(exists("/tmp/hostapd.conf"));
+        EXPECT_FALSE(exists("/tmp/wpa_supplicant.conf"));
+    }
 }
 
 TEST_F(realtek_modes, open_network_needs_no_key) {
@@ -259,6 +282,7 @@ TEST_F(realtek_modes, interface_is_brought_up_with_patience) {
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
         plug_in(row.camera);
+        errno = 0; // a message is not to tell an earlier row's
         EXPECT_EQ(watch([&] { return wext().network_nic_ifc_up(stdout, row.interface, row.retries); }), row.answer);
         EXPECT_EQ(said(), row.said);
     }
@@ -268,6 +292,15 @@ TEST_F(realtek_modes, init_without_a_socket_says_so) {
     plug_in(camera.fault("socket", "EMFILE"));
     wext radio;
     EXPECT_EQ(watch([&] { return radio.init(true); }), (outcome{-1, "", "iw_socket: Too many open files\n"}));
+}
+
+TEST_F(realtek_modes, init_forgets_an_earlier_debug_level) {
+    plug_in(camera);
+    wext radio;
+    radio.debug_level = 2;
+    ASSERT_EQ(radio.init(false), 0);
+    EXPECT_EQ(radio.debug_level, 0);
+    radio.release();
 }
 
 TEST_F(realtek_modes, release_never_closes_descriptor_0) {

@@ -4,6 +4,7 @@
 #include "tests/support/camera_test.h"
 
 #include <algorithm>
+#include <functional>
 
 #include "libwlan/libwlan.h"
 #include "tests/support/scan_stream.h"
@@ -98,6 +99,53 @@ TEST_F(realtek_survey, failures_are_told_and_keep_one_socket) {
             console += row.console;
         EXPECT_EQ(read("/dev/console"), console);
     }
+}
+
+TEST_F(realtek_survey, each_step_fails_with_1_below_0) {
+    const scene refused = camera.fault("ioctl", "EIO").times(0);
+    const scene no_socket = camera.fault("socket", "EMFILE").times(0);
+    scan_result_t results[max_scan_results]{};
+    int accepted = 0;
+    const auto whole = [&] { return wext().do_site_survey(list); };
+    const auto scan = [] { return wext().driver_scan(nullptr, "wlan0"); };
+    const auto fetch = [&] { return wext().driver_get_scan_results(nullptr, "wlan0", results); };
+    const auto read = [&] {
+        return wext().get_scan_results(nullptr, "wlan0", 0, &accepted, results, WIRELESS_MODE_INFRA, list);
+    };
+    const struct {
+        const char* name;
+        scene camera;
+        std::function<int()> step;
+    } rows[] = {
+        {"survey without a scan", refused.match("SIOCSIWSCAN"), whole},
+        {"survey without results", refused.match("SIOCGIWSCAN"), whole},
+        {"survey without a range", refused.match("SIOCGIWRANGE"), whole},
+#ifndef __SANITIZE_ADDRESS__ // its allocator cannot be made to fail
+        {"results without memory", camera.fault("alloc", "ENOMEM").match("4096"), fetch},
+#endif
+        {"scan, interface down", refused.match("SIOCGIFFLAGS"), scan},
+        {"scan, no socket", camera.fault("socket", "EMFILE").nth(2), scan},
+        {"refused scan", refused.match("SIOCSIWSCAN"), scan},
+        {"results, no socket", no_socket, fetch},
+        {"results, no waiting", camera.fault("select", "EINVAL"), fetch},
+        {"refused results", refused.match("SIOCGIWSCAN"), fetch},
+        {"range, no socket", no_socket, read},
+        {"refused range", refused.match("SIOCGIWRANGE"), read},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        plug_in(row.camera);
+        write("/answers/scan", one_network);
+        EXPECT_EQ(watch(row.step).result, -1);
+    }
+    EXPECT_EQ(names(list), lines{});
+}
+
+TEST_F(realtek_survey, scan_without_a_byte_has_no_results) {
+    plug_in(camera);
+    write("/answers/scan", "");
+    scan_result_t results[max_scan_results]{};
+    EXPECT_EQ(wext().driver_get_scan_results(nullptr, "wlan0", results), -1);
 }
 
 TEST_F(realtek_survey, needs_no_console) {

@@ -65,6 +65,7 @@ const setting settings[] = {
     {"channel of a BSSID", "wlan0", channel(6, 1), {"Channel=6"}},
     {"channel of an SSID", "wlan0", channel(36, 0), {"ApCliAutoConnect=1"}},
     {"channel of a mode out of range", "wlan0", channel(36, 2), {"ApCliAutoConnect=1"}},
+    {"channel algorithm", "ra0", [](wlan& radio) { return radio.set_channel_algorithm(2); }, {"AutoChannelSel=2"}},
     {"AP-client on", "wlan0", [](wlan& radio) { return radio.enable_apcli(true); }, {"ApCliEnable=1"}},
     {"radio off", "ra0", [](wlan& radio) { return radio.set_radio(false); }, {"RadioOn=0"}},
     {"802.1X off", "wlan0", [](wlan& radio) { return radio.dis_8021x(); }, {"IEEE8021X=0"}},
