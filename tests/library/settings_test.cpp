@@ -80,6 +80,11 @@ const setting settings[] = {
 
 class mtk_settings : public camera_test {
 protected:
+    ~mtk_settings() override {
+        driver_hook = nullptr;
+        other_driver = nullptr;
+    }
+
     static int run(const std::string& interface, const std::function<int(wlan&)>& operation) {
         wlan radio;
         EXPECT_EQ(radio.init(), 0);
@@ -118,13 +123,43 @@ TEST_F(mtk_settings, driver_s_own_result_is_passed_on) {
     EXPECT_EQ(run("ra0", auth(0)), 3);
     EXPECT_EQ(run("ra0", enc(2)), 3);
     EXPECT_EQ(run("ra0", [](wlan& radio) { return radio.set_ap_mode(); }), 3);
-    driver_hook = nullptr;
 }
 
 TEST_F(mtk_settings, no_channel_is_sent_unless_associated) {
     plug_in(camera);
     EXPECT_EQ(run("ra0", [](wlan& radio) { return radio.set_current_channel(); }), 0);
     EXPECT_EQ(said(), lines{"wlan0 SIOCGIWAP"});
+}
+
+TEST_F(mtk_settings, current_channel_is_sent_when_it_is_one) {
+    const struct {
+        const char* name;
+        char address; // of the access point, its first byte
+        int channel;
+        lines sent;
+    } rows[] = {
+        {"not associated", 0, 6, {}},
+        {"channel 6", 2, 6, {"Channel=6"}},
+        {"channel 0", 2, 0, {}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        plug_in(camera);
+        lines sent;
+        other_driver = [&](unsigned long number, iwreq& request) {
+            if (number == SIOCGIWAP) {
+                request.u.ap_addr.sa_data[0] = row.address;
+            } else if (number == SIOCGIWFREQ) {
+                request.u.freq.m = row.channel;
+            } else {
+                sent.emplace_back(static_cast<const char*>(request.u.data.pointer), request.u.data.length);
+            }
+            return 0;
+        };
+        const auto set_current_channel = [](wlan& radio) { return radio.set_current_channel(); };
+        EXPECT_EQ(watch([&] { return run("ra0", set_current_channel); }).result, 0);
+        EXPECT_EQ(sent, row.sent);
+    }
 }
 
 TEST_F(mtk_settings, overlong_key_is_cut_to_the_command) {
