@@ -58,6 +58,23 @@ TEST_F(realtek_survey, gives_up_on_a_driver_that_stays_busy) {
     EXPECT_EQ(times_said("- usleep 0.005 s"), 5); // one pause after each try
 }
 
+TEST_F(realtek_survey, gives_up_on_an_interface_that_stays_down) {
+    plug_in(camera.interface_down("wlan0").fault("ioctl", "EBUSY").match("SIOCSIFFLAGS").times(0));
+    EXPECT_EQ(survey().result, -1);
+    EXPECT_EQ(times_said("wlan0 SIOCSIFFLAGS up = EBUSY"), 60);
+    EXPECT_EQ(times_said("- sleep 1 s"), 60);
+}
+
+TEST_F(realtek_survey, waits_on_after_an_interruption) {
+    for (const char* error : {"EINTR", "EAGAIN"}) {
+        SCOPED_TRACE(error);
+        plug_in(camera.fault("select", error));
+        EXPECT_EQ(survey(one_network), (outcome{0, "", ""}));
+        EXPECT_EQ(names(list), lines{"Net"});
+        EXPECT_EQ(times_said("- usleep 0.005 s"), 0); // it is no failed try
+    }
+}
+
 TEST_F(realtek_survey, failures_are_told_and_keep_one_socket) {
     const std::string not_found = "do_site_survey[1105] ap_num=-1\n";
     const std::string not_read = "do_site_survey[1105] ap_num=1\ndo_site_survey[1113] get_scan_results() < 0\n";

@@ -23,6 +23,7 @@ protected:
     void start_on(const scene& plugged) {
         plug_in(plugged);
         ASSERT_EQ(radio.init(), 0);
+        radio.set_interface(text("ra0")); // as an earlier operation left it
     }
 
     /// Stores the network of a profile that the driver gives.
