@@ -102,6 +102,11 @@ TEST_F(realtek_modes, station_s_unknown_auth_is_refused) {
         EXPECT_EQ(run.opened, 2); // a quiet console, the socket of a failed request
         EXPECT_EQ(read("/tmp/wpa_supplicant.conf"), supplicant_head + "\tssid=\"Net\"\n"); // not finished
         EXPECT_EQ(said().back().rfind(start_supplicant, 0), 0U);                           // started all the same
+
+        const auto write_file = [&] {
+            return wext().create_wpa_supplicant_config(text(net), static_cast<auth_from_cam>(auth), ENC_NONE, nullptr);
+        };
+        EXPECT_EQ(watch(write_file), (outcome{-1, "", "Unknow authentication mode of Wireless settings."}));
     }
 }
 

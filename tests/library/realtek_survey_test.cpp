@@ -158,6 +158,35 @@ TEST_F(realtek_survey, each_step_fails_with_1_below_0) {
     EXPECT_EQ(names(list), lines{});
 }
 
+TEST_F(realtek_survey, filter_counts_but_lists_access_points) {
+    const struct {
+        const char* name;
+        WIRELESS_MODE filter;
+        int accepted;
+        lines listed;
+    } rows[] = {
+        {"any", WIRELESS_MODE_ANY, 7, {"2"}},
+        {"access points", WIRELESS_MODE_MASTER, 2, {"2"}},
+        {"infrastructure, the same", WIRELESS_MODE_INFRA, 2, {"2"}},
+        {"ad hoc", WIRELESS_MODE_ADHOC, 1, {}},
+        {"automatic", WIRELESS_MODE_AUTO, 1, {}},
+    };
+    scan_result_t results[7]{}; // one of each mode, whose number is its name
+    for (int mode = WIRELESS_MODE_ADHOC; mode <= WIRELESS_MODE_AUTO; ++mode) {
+        results[mode].mode = static_cast<WIRELESS_MODE>(mode);
+        results[mode].ssid[0] = static_cast<unsigned char>('0' + mode);
+    }
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        plug_in(camera);
+        list.clear();
+        int accepted = 0;
+        EXPECT_EQ(wext().get_scan_results(nullptr, "wlan0", 7, &accepted, results, row.filter, list), 0);
+        EXPECT_EQ(accepted, row.accepted);
+        EXPECT_EQ(names(list), row.listed);
+    }
+}
+
 TEST_F(realtek_survey, scan_without_a_byte_has_no_results) {
     plug_in(camera);
     write("/answers/scan", "");
