@@ -237,10 +237,18 @@ TEST_F(realtek_modes, open_network_needs_no_key) {
 
 TEST_F(realtek_modes, debug_level_traces_and_its_bit_2_waits) {
     const struct {
-        const char* level;
+        std::string level;
         bool traced;
         const char* form; // of the command: in the background, or not
-    } rows[] = {{"0", false, "-B"}, {"1", true, "-B"}, {"2", true, "-d"}, {"6", true, "-d"}, {"x", false, "-B"}};
+    } rows[] = {
+        {"0", false, "-B"},
+        {"1", true, "-B"},
+        {"2", true, "-d"},
+        {"6", true, "-d"},
+        {"x", false, "-B"},
+        {std::string(62, ' ') + "1", true, "-B"}, // 63 characters are read
+        {std::string(63, ' ') + "1", false, "-B"},
+    };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.level);
         plug_in(camera.key("clock_ms", 77));

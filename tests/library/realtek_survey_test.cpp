@@ -221,6 +221,12 @@ TEST_F(realtek_survey, dense_air_grows_the_buffer) {
     }
 }
 
+TEST_F(realtek_survey, grown_buffer_stays_for_the_next_request) {
+    plug_in(camera.key("scan", {{"hint", false}}).fault("ioctl", "EAGAIN").match("SIOCGIWSCAN").nth(2));
+    EXPECT_EQ(survey(std::string(20000, '\0')).result, 0);
+    EXPECT_EQ(times_said("wlan0 SIOCGIWSCAN = E2BIG"), 3); // 4, 8 and 16 KiB; the second is tried again
+}
+
 TEST_F(realtek_survey, lists_no_more_than_256) {
     std::string stream;
     lines expected;

@@ -172,6 +172,19 @@ TEST(survey_table, full_columns_of_version_2_neither) {
     }
 }
 
+TEST(survey_table, single_lines_lose_their_blanks) {
+    const std::string v1 = row_v1({6, -70, "Net", bssid, "WPA2PSK/AES", "In"});
+    const std::string v2 = row_v2({6, 60, "Net", bssid, "WPA2PSK/AES", "In"});
+    wlan radio;
+    radio.debug_level = 0;
+    std::vector<sites> list;
+    EXPECT_EQ(radio.parse_element(list, " \t" + v1), 0);
+    EXPECT_EQ(told(list), lines{"Net|02:00:00:00:00:01|AES|WPA2PSK|In|6|-70|0"});
+    list.clear();
+    EXPECT_EQ(radio.parse_element_v2(list, "\n " + v2), 0);
+    EXPECT_EQ(told(list), lines{"Net|02:00:00:00:00:01|AES|WPA2-PSK|Infra|6|0|60"});
+}
+
 TEST(survey_table, no_table_is_refused) {
     wlan radio;
     std::vector<sites> list;
