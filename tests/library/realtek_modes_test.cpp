@@ -196,6 +196,16 @@ TEST_F(realtek_modes, failed_access_point_keeps_from_joining) {
     EXPECT_EQ(said(), lines{std::string(start_hostapd) + " = 1"}); // with whatever file there was
 }
 
+TEST_F(realtek_modes, repeater_fails_with_its_station) {
+    plug_in(camera);
+    const auto repeat = [] {
+        return do_repeater_mode_realtek(text(net), AUTH_OPEN, ENC_NONE, nullptr, text(net), AUTH_SHARED, ENC_WEP,
+                                        text(secret));
+    };
+    EXPECT_EQ(watch(repeat).result, -1);
+    EXPECT_TRUE(exists("/tmp/hostapd.conf")); // the access point serves all the same
+}
+
 TEST_F(realtek_modes, bad_texts_write_no_file) {
     plug_in(camera);
     const std::string two_lines = "x\nwpa=0";
