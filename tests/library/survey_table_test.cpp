@@ -135,7 +135,11 @@ std::string field(const char (&text)[size]) {
 }
 
 TEST(survey_table, full_columns_do_not_run_together) {
-    const std::string name(35, 'n'), address(20, 'b'), cipher(12, 'c'), authentication(20, 'a'), type(12, 't');
+    const std::string name(35, 'n');
+    const std::string address(20, 'b');
+    const std::string cipher(12, 'c');
+    const std::string authentication(20, 'a');
+    const std::string type(12, 't');
     const reading read = parse(header_v1 + "12345678-12345678" + name + address + cipher + authentication + type + "x");
     ASSERT_EQ(read.list.size(), 1U);
     const sites& site = read.list[0];
@@ -149,7 +153,9 @@ TEST(survey_table, full_columns_do_not_run_together) {
 }
 
 TEST(survey_table, full_columns_of_version_2_neither) {
-    const std::string name(33, 'n'), address(20, 'b'), mode(14, 'm');
+    const std::string name(33, 'n');
+    const std::string address(20, 'b');
+    const std::string mode(14, 'm');
     const struct {
         const char* name;
         const char* security; // and the signal, with which it shares a column
