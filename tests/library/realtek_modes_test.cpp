@@ -270,6 +270,13 @@ TEST_F(realtek_modes, debug_level_traces_and_its_bit_2_waits) {
     }
 }
 
+TEST_F(realtek_modes, debug_level_2_waits_for_a_station_too) {
+    plug_in(camera);
+    write("/tmp/debug_level", "2");
+    run_station("Net", 0, "");
+    EXPECT_EQ(said().back().rfind("system wpa_supplicant -d -c /tmp/wpa_supplicant.conf -i wlan0 -P", 0), 0U);
+}
+
 TEST_F(realtek_modes, interface_is_brought_up_with_patience) {
     const lines raised = {"wlan0 SIOCGIFFLAGS", "wlan0 SIOCSIFFLAGS up", "wlan0 SIOCGIFFLAGS"};
     const lines refused = {"wlan0 SIOCGIFFLAGS", "wlan0 SIOCSIFFLAGS up = EBUSY"};
