@@ -119,4 +119,13 @@ TEST_F(access_point_service, unwritable_server_file_is_told_only) {
     EXPECT_EQ(said().back().substr(0, 13), "system udhcpd");
 }
 
+TEST_F(access_point_service, server_file_needs_all_it_is_made_of) {
+    plug_in(camera("mediatek").fault("open", "EROFS").match("/tmp/udhcpd.conf"));
+    const _dhcp_server_setting setting{};
+    EXPECT_EQ(create_udhcpd_config(nullptr, &setting), -1);
+    EXPECT_EQ(create_udhcpd_config("ra0", nullptr), -1);
+    EXPECT_EQ(watch([&] { return create_udhcpd_config("ra0", &setting); }).result, -1); // no file
+    EXPECT_FALSE(exists("/tmp/udhcpd.conf"));
+}
+
 } // namespace

@@ -87,6 +87,28 @@ TEST_F(baseband, driver_s_result_above_0_is_a_failure) {
     EXPECT_EQ(said(), lines{"wlan0 register 66"}); // nothing is written
 }
 
+TEST_F(baseband, operation_passes_the_driver_s_result_on) {
+    const struct {
+        const char* name;
+        const char* answer; // to the reading
+        int driver;
+        int result;
+    } rows[] = {
+        {"done", "BBP[0x0042]:1f ", 0, 0},
+        {"the driver's own", "BBP[0x0042]:1f ", 3, 3},
+        {"answer without a value", "BBP[0x0042]:none", 0, -1},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        plug_in(camera.key("answers", {{"register", {row.answer}}}));
+        wlan radio;
+        ASSERT_EQ(radio.init(), 0);
+        driver_hook = [=](unsigned long /*number*/, iwreq& /*request*/, int /*result*/) { return row.driver; };
+        EXPECT_EQ(watch([&] { return radio.do_set_bbp(text("wlan0"), text("66"), 1, 1); }).result, row.result);
+        radio.release();
+    }
+}
+
 TEST_F(baseband, names_that_do_not_fit_send_nothing) {
     plug_in(camera);
     EXPECT_EQ(set(1, 1, "name_of_16_bytes").result, -1);

@@ -16,14 +16,14 @@ std::string printed_by(int (*parse)(unsigned char*, int*), std::vector<unsigned 
 
 TEST(element_dump, prints_every_part_of_a_wpa_element) {
     int bits = 0;
-    EXPECT_EQ(printed_by(parse_wpa_ie, {221, 26,   0,    0x50, 0xF2, 1,    1,    0, 0, 0x50, 0xF2, 2,    2,    0,
+    EXPECT_EQ(printed_by(parse_wpa_ie, {221, 26,   0,    0x50, 0xF2, 1,    2,    0, 0, 0x50, 0xF2, 2,    2,    0,
                                         0,   0x50, 0xF2, 4,    0,    0x50, 0xF2, 9, 1, 0,    0,    0x50, 0xF2, 2},
                          bits),
               "WPA Information\n"
               "\tElement ID:\t\t\t221\n"
               "\tLength:\t\t\t\t26\n"
               "\tWPA tag:\t\t\t0x00-0x50-0xF2-0x01\n"
-              "\tVersion:\t\t\t1\n"
+              "\tVersion:\t\t\t2\n"
               "\tGroup Cipher:\t\t\t0x00-0x50-0xF2-02 TKIP\n"
               "\tPairwise count:\t\t\t2\n"
               "\tPairwise Cipher List\n"
@@ -57,11 +57,19 @@ TEST(element_dump, prints_every_part_of_an_rsn_element) {
 }
 
 TEST(element_dump, stops_where_an_element_ends) {
-    int bits = 0;
-    EXPECT_EQ(printed_by(parse_rsn_ie, {48, 2, 1, 0}, bits), "RSN Information\n"
-                                                             "\tElement ID:\t\t\t48\n"
-                                                             "\tLength:\t\t\t\t2\n"
-                                                             "\tVersion:\t\t\t1\n");
+    const std::string head = "RSN Information\n\tElement ID:\t\t\t48\n";
+    const struct {
+        const char* name;
+        std::vector<unsigned char> element;
+        std::string printed;
+    } rows[] = {
+        {"head alone", {48, 0}, head + "\tLength:\t\t\t\t0\n"},
+        {"version alone", {48, 2, 1, 0}, head + "\tLength:\t\t\t\t2\n\tVersion:\t\t\t1\n"},
+    };
+    for (const auto& row : rows) {
+        int bits = 0;
+        EXPECT_EQ(printed_by(parse_rsn_ie, row.element, bits), row.printed) << row.name;
+    }
 }
 
 } // namespace

@@ -57,7 +57,8 @@ TEST_F(mode_requests, family_is_found_in_the_usb_list) {
         {"no pipe", lsusb.fault("popen", "ENOMEM"), 0},
         {"unreadable list", mtk.fault("open", "EACCES").match("usb"), 0},
         {"upper-case vendor", mtk, 0, "P:  Vendor=148F ProdID=5370\n"},
-        {"across the 127-character buffer", mtk, 0, std::string(122, ' ') + "Vendor=148f\n"},
+        {"to the end of the 127-character buffer", mtk, 1, std::string(116, ' ') + "Vendor=148f\n"},
+        {"across the 127-character buffer", mtk, 0, std::string(117, ' ') + "Vendor=148f\n"},
         {"second of two", scene("realtek"), 1, "P:  Vendor=0bda\nP:  Vendor=148f ProdID=7601\n"},
     };
     for (const auto& row : rows) {

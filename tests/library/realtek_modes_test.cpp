@@ -3,6 +3,8 @@
 
 #include "tests/support/camera_test.h"
 
+#include <cerrno>
+
 #include <fcntl.h>
 
 #include "libwlan/libwlan.h"
@@ -100,6 +102,11 @@ TEST_F(realtek_modes, station_s_unknown_auth_is_refused) {
         EXPECT_EQ(run.opened, 2); // a quiet console, the socket of a failed request
         EXPECT_EQ(read("/tmp/wpa_supplicant.conf"), supplicant_head + "\tssid=\"Net\"\n"); // not finished
         EXPECT_EQ(said().back().rfind(start_supplicant, 0), 0U);                           // started all the same
+
+        const auto write_file = [&] {
+            return wext().create_wpa_supplicant_config(text(net), static_cast<auth_from_cam>(auth), ENC_NONE, nullptr);
+        };
+        EXPECT_EQ(watch(write_file), (outcome{-1, "", "Unknow authentication mode of Wireless settings."}));
     }
 }
 
@@ -189,16 +196,47 @@ TEST_F(realtek_modes, failed_access_point_keeps_from_joining) {
     EXPECT_EQ(said(), lines{std::string(start_hostapd) + " = 1"}); // with whatever file there was
 }
 
+TEST_F(realtek_modes, repeater_fails_with_its_station) {
+    plug_in(camera);
+    const auto repeat = [] {
+        return do_repeater_mode_realtek(text(net), AUTH_OPEN, ENC_NONE, nullptr, text(net), AUTH_SHARED, ENC_WEP,
+                                        text(secret));
+    };
+    EXPECT_EQ(watch(repeat).result, -1);
+    EXPECT_TRUE(exists("/tmp/hostapd.conf")); // the access point serves all the same
+}
+
 TEST_F(realtek_modes, bad_texts_write_no_file) {
     plug_in(camera);
     const std::string two_lines = "x\nwpa=0";
-    EXPECT_EQ(do_ap_mode_realtek(nullptr, AUTH_OPEN, ENC_NONE, nullptr), -1);
-    EXPECT_EQ(do_ap_mode_realtek(text(net), AUTH_WPA2PSK, ENC_AES, nullptr), -1);
-    EXPECT_EQ(do_ap_mode_realtek(text(two_lines), AUTH_OPEN, ENC_NONE, nullptr), -1);
+    wext radio;
+    EXPECT_EQ(radio.create_hostapd_config(nullptr, AUTH_OPEN, ENC_NONE, nullptr), -1);
+    EXPECT_EQ(radio.create_hostapd_config(text(net), AUTH_WPA2PSK, ENC_AES, nullptr), -1);
+    EXPECT_EQ(radio.create_hostapd_config(text(two_lines), AUTH_OPEN, ENC_NONE, nullptr), -1);
     EXPECT_FALSE(exists("/tmp/hostapd.conf"));
-    EXPECT_EQ(do_infra_mode_realtek(nullptr, AUTH_OPEN, ENC_AES, nullptr), -1);
-    EXPECT_EQ(do_infra_mode_realtek(text(net), AUTH_WPAPSK, ENC_AES, text(two_lines)), -1);
+    EXPECT_EQ(radio.create_wpa_supplicant_config(nullptr, AUTH_OPEN, ENC_AES, nullptr), -1);
+    EXPECT_EQ(radio.create_wpa_supplicant_config(text(net), AUTH_WPAPSK, ENC_AES, text(two_lines)), -1);
     EXPECT_FALSE(exists("/tmp/wpa_supplicant.conf"));
+}
+
+TEST_F(realtek_modes, file_that_cannot_be_made_is_a_failure) {
+    const struct {
+        const char* name;
+        scene camera;
+    } rows[] = {
+        {"store without its file", scene("realtek")},
+        {"read-only files",
+         camera.fault("open", "EROFS").match("hostapd.conf").fault("open", "EROFS").match("wpa_supplicant.conf")},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        plug_in(row.camera);
+        wext radio;
+        EXPECT_EQ(radio.create_hostapd_config(text(net), AUTH_OPEN, ENC_NONE, nullptr), -1);
+        EXPECT_EQ(radio.create_wpa_supplicant_config(text(net), AUTH_OPEN, ENC_NONE, nullptr), -1);
+        EXPECT_FALSE(exists("/tmp/hostapd.conf"));
+        EXPECT_FALSE(exists("/tmp/wpa_supplicant.conf"));
+    }
 }
 
 TEST_F(realtek_modes, open_network_needs_no_key) {
@@ -209,10 +247,18 @@ TEST_F(realtek_modes, open_network_needs_no_key) {
 
 TEST_F(realtek_modes, debug_level_traces_and_its_bit_2_waits) {
     const struct {
-        const char* level;
+        std::string level;
         bool traced;
         const char* form; // of the command: in the background, or not
-    } rows[] = {{"0", false, "-B"}, {"1", true, "-B"}, {"2", true, "-d"}, {"6", true, "-d"}, {"x", false, "-B"}};
+    } rows[] = {
+        {"0", false, "-B"},
+        {"1", true, "-B"},
+        {"2", true, "-d"},
+        {"6", true, "-d"},
+        {"x", false, "-B"},
+        {std::string(62, ' ') + "1", true, "-B"}, // 63 characters are read
+        {std::string(63, ' ') + "1", false, "-B"},
+    };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.level);
         plug_in(camera.key("clock_ms", 77));
@@ -222,6 +268,13 @@ TEST_F(realtek_modes, debug_level_traces_and_its_bit_2_waits) {
         EXPECT_EQ(said(), lines{"system " + command});
         EXPECT_EQ(read("/dev/console"), row.traced ? "\033[1;34m77 " + command + "\033[0m\n" : "");
     }
+}
+
+TEST_F(realtek_modes, debug_level_2_waits_for_a_station_too) {
+    plug_in(camera);
+    write("/tmp/debug_level", "2");
+    run_station("Net", 0, "");
+    EXPECT_EQ(said().back().rfind("system wpa_supplicant -d -c /tmp/wpa_supplicant.conf -i wlan0 -P", 0), 0U);
 }
 
 TEST_F(realtek_modes, interface_is_brought_up_with_patience) {
@@ -259,6 +312,7 @@ TEST_F(realtek_modes, interface_is_brought_up_with_patience) {
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
         plug_in(row.camera);
+        errno = 0; // a message is not to tell an earlier row's
         EXPECT_EQ(watch([&] { return wext().network_nic_ifc_up(stdout, row.interface, row.retries); }), row.answer);
         EXPECT_EQ(said(), row.said);
     }
@@ -268,6 +322,15 @@ TEST_F(realtek_modes, init_without_a_socket_says_so) {
     plug_in(camera.fault("socket", "EMFILE"));
     wext radio;
     EXPECT_EQ(watch([&] { return radio.init(true); }), (outcome{-1, "", "iw_socket: Too many open files\n"}));
+}
+
+TEST_F(realtek_modes, init_forgets_an_earlier_debug_level) {
+    plug_in(camera);
+    wext radio;
+    radio.debug_level = 2;
+    ASSERT_EQ(radio.init(false), 0);
+    EXPECT_EQ(radio.debug_level, 0);
+    radio.release();
 }
 
 TEST_F(realtek_modes, release_never_closes_descriptor_0) {

@@ -4,6 +4,7 @@
 #include "tests/support/camera_test.h"
 
 #include <algorithm>
+#include <functional>
 
 #include "libwlan/libwlan.h"
 #include "tests/support/scan_stream.h"
@@ -57,6 +58,23 @@ TEST_F(realtek_survey, gives_up_on_a_driver_that_stays_busy) {
     EXPECT_EQ(times_said("- usleep 0.005 s"), 5); // one pause after each try
 }
 
+TEST_F(realtek_survey, gives_up_on_an_interface_that_stays_down) {
+    plug_in(camera.interface_down("wlan0").fault("ioctl", "EBUSY").match("SIOCSIFFLAGS").times(0));
+    EXPECT_EQ(survey().result, -1);
+    EXPECT_EQ(times_said("wlan0 SIOCSIFFLAGS up = EBUSY"), 60);
+    EXPECT_EQ(times_said("- sleep 1 s"), 60);
+}
+
+TEST_F(realtek_survey, waits_on_after_an_interruption) {
+    for (const char* error : {"EINTR", "EAGAIN"}) {
+        SCOPED_TRACE(error);
+        plug_in(camera.fault("select", error));
+        EXPECT_EQ(survey(one_network), (outcome{0, "", ""}));
+        EXPECT_EQ(names(list), lines{"Net"});
+        EXPECT_EQ(times_said("- usleep 0.005 s"), 0); // it is no failed try
+    }
+}
+
 TEST_F(realtek_survey, failures_are_told_and_keep_one_socket) {
     const std::string not_found = "do_site_survey[1105] ap_num=-1\n";
     const std::string not_read = "do_site_survey[1105] ap_num=1\ndo_site_survey[1113] get_scan_results() < 0\n";
@@ -100,6 +118,82 @@ TEST_F(realtek_survey, failures_are_told_and_keep_one_socket) {
     }
 }
 
+TEST_F(realtek_survey, each_step_fails_with_1_below_0) {
+    const scene refused = camera.fault("ioctl", "EIO").times(0);
+    const scene no_socket = camera.fault("socket", "EMFILE").times(0);
+    scan_result_t results[max_scan_results]{};
+    int accepted = 0;
+    const auto whole = [&] { return wext().do_site_survey(list); };
+    const auto scan = [] { return wext().driver_scan(nullptr, "wlan0"); };
+    const auto fetch = [&] { return wext().driver_get_scan_results(nullptr, "wlan0", results); };
+    const auto read = [&] {
+        return wext().get_scan_results(nullptr, "wlan0", 0, &accepted, results, WIRELESS_MODE_INFRA, list);
+    };
+    const struct {
+        const char* name;
+        scene camera;
+        std::function<int()> step;
+    } rows[] = {
+        {"survey without a scan", refused.match("SIOCSIWSCAN"), whole},
+        {"survey without results", refused.match("SIOCGIWSCAN"), whole},
+        {"survey without a range", refused.match("SIOCGIWRANGE"), whole},
+#ifndef __SANITIZE_ADDRESS__ // its allocator cannot be made to fail
+        {"results without memory", camera.fault("alloc", "ENOMEM").match("4096"), fetch},
+#endif
+        {"scan, interface down", refused.match("SIOCGIFFLAGS"), scan},
+        {"scan, no socket", camera.fault("socket", "EMFILE").nth(2), scan},
+        {"refused scan", refused.match("SIOCSIWSCAN"), scan},
+        {"results, no socket", no_socket, fetch},
+        {"results, no waiting", camera.fault("select", "EINVAL"), fetch},
+        {"refused results", refused.match("SIOCGIWSCAN"), fetch},
+        {"range, no socket", no_socket, read},
+        {"refused range", refused.match("SIOCGIWRANGE"), read},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        plug_in(row.camera);
+        write("/answers/scan", one_network);
+        EXPECT_EQ(watch(row.step).result, -1);
+    }
+    EXPECT_EQ(names(list), lines{});
+}
+
+TEST_F(realtek_survey, filter_counts_but_lists_access_points) {
+    const struct {
+        const char* name;
+        WIRELESS_MODE filter;
+        int accepted;
+        lines listed;
+    } rows[] = {
+        {"any", WIRELESS_MODE_ANY, 7, {"2"}},
+        {"access points", WIRELESS_MODE_MASTER, 2, {"2"}},
+        {"infrastructure, the same", WIRELESS_MODE_INFRA, 2, {"2"}},
+        {"ad hoc", WIRELESS_MODE_ADHOC, 1, {}},
+        {"automatic", WIRELESS_MODE_AUTO, 1, {}},
+    };
+    scan_result_t results[7]{}; // one of each mode, whose number is its name
+    for (int mode = WIRELESS_MODE_ADHOC; mode <= WIRELESS_MODE_AUTO; ++mode) {
+        results[mode].mode = static_cast<WIRELESS_MODE>(mode);
+        results[mode].ssid[0] = static_cast<unsigned char>('0' + mode);
+    }
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        plug_in(camera);
+        list.clear();
+        int accepted = 0;
+        EXPECT_EQ(wext().get_scan_results(nullptr, "wlan0", 7, &accepted, results, row.filter, list), 0);
+        EXPECT_EQ(accepted, row.accepted);
+        EXPECT_EQ(names(list), row.listed);
+    }
+}
+
+TEST_F(realtek_survey, scan_without_a_byte_has_no_results) {
+    plug_in(camera);
+    write("/answers/scan", "");
+    scan_result_t results[max_scan_results]{};
+    EXPECT_EQ(wext().driver_get_scan_results(nullptr, "wlan0", results), -1);
+}
+
 TEST_F(realtek_survey, needs_no_console) {
     plug_in(camera.fault("open", "EIO").match("console"));
     EXPECT_EQ(survey(one_network), (outcome{0, "", ""}));
@@ -125,6 +219,12 @@ TEST_F(realtek_survey, dense_air_grows_the_buffer) {
         EXPECT_EQ(list.size(), 256U);
         EXPECT_EQ(times_said("wlan0 SIOCGIWSCAN = E2BIG"), row.too_small);
     }
+}
+
+TEST_F(realtek_survey, grown_buffer_stays_for_the_next_request) {
+    plug_in(camera.key("scan", {{"hint", false}}).fault("ioctl", "EAGAIN").match("SIOCGIWSCAN").nth(2));
+    EXPECT_EQ(survey(std::string(20000, '\0')).result, 0);
+    EXPECT_EQ(times_said("wlan0 SIOCGIWSCAN = E2BIG"), 3); // 4, 8 and 16 KiB; the second is tried again
 }
 
 TEST_F(realtek_survey, lists_no_more_than_256) {

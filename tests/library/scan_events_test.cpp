@@ -61,6 +61,23 @@ TEST_F(scan_events, hostile_event_harms_only_its_entry) {
     }
 }
 
+TEST_F(scan_events, elements_beyond_the_buffer_are_told) {
+    const std::string overflow = "IWEVGENIE overflow\n";
+    const struct {
+        const char* name;
+        std::string elements;
+        bool told;
+    } rows[] = {
+        {"none, at the buffer's end", elements(""), false},
+        {"one byte too many", sized(0x8C05, 1, 0), true},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        EXPECT_EQ(names(survey(begun + name("a") + row.elements)), lines{"a"});
+        EXPECT_EQ(read("/dev/console").find(overflow) != std::string::npos, row.told);
+    }
+}
+
 TEST_F(scan_events, channel_follows_from_the_frequency) {
     const struct {
         int mantissa, exponent, channel;

@@ -13,6 +13,12 @@ using scan_stream::wpa;
 
 constexpr int other_bit = 1 << 30; // which no element knows
 
+/// The element with another length byte: what follows is not its own.
+std::string with_length(std::string element, int length) {
+    element[1] = static_cast<char>(length);
+    return element;
+}
+
 TEST(security_elements, add_the_bits_of_their_ciphers) {
     const struct {
         const char* name;
@@ -27,6 +33,10 @@ TEST(security_elements, add_the_bits_of_their_ciphers) {
         {"RSN: CCMP; CCMP", rsn(4, {4}), parse_rsn_ie, RSN_PARSED | RSN_GROUP_CCMP | RSN_PAIRWISE_CCMP},
         {"RSN: WEP-104; WEP-40, TKIP", rsn(5, {1, 2}), parse_rsn_ie,
          RSN_PARSED | RSN_GROUP_WEP104 | RSN_PAIRWISE_WEP40 | RSN_PAIRWISE_TKIP},
+        {"WPA: ends before its last suite", with_length(wpa(2, {2, 4}), 16), parse_wpa_ie,
+         WPA_PARSED | WPA_GROUP_TKIP | WPA_PAIRWISE_TKIP},
+        {"RSN: ends before its last suite", with_length(rsn(2, {2, 4}), 12), parse_rsn_ie,
+         RSN_PARSED | RSN_GROUP_TKIP | RSN_PAIRWISE_TKIP},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
@@ -85,6 +95,33 @@ TEST(security_elements, other_family_s_suite_is_unknown) {
     EXPECT_EQ(bits, 0U);
 }
 
+TEST(parse_encrypt, fills_the_texts_of_what_is_to_be_listed) {
+    const struct {
+        const char* name;
+        const char* ssid;
+        WIRELESS_MODE mode;
+        int bits;
+        int result;
+        const char* texts; // cipher, authentication
+    } rows[] = {
+        {"open", "Net", WIRELESS_MODE_MASTER, 0, 0, "NONE OPEN"},
+        {"WEP, which no element tells", "Net", WIRELESS_MODE_MASTER, 1, 0, "WEP OPEN"},
+        {"RSN counts before WPA", "Net", WIRELESS_MODE_MASTER,
+         WPA_PARSED | WPA_GROUP_TKIP | RSN_PARSED | RSN_GROUP_CCMP | RSN_PAIRWISE_CCMP, 0, "AES WPA2-PSK"},
+        {"no access point", "Net", WIRELESS_MODE_INFRA, 0, -1, "as it was"},
+        {"its name is listed", "Listed", WIRELESS_MODE_MASTER, 0, -1, "as it was"},
+    };
+    std::vector<sites> list{{"Listed", "", "", "", "", 0, 0, 0}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        sites entry{"", "", "as", "it was", "", 0, 0, 0};
+        std::snprintf(entry.ssid, sizeof entry.ssid, "%s", row.ssid);
+        EXPECT_EQ(parse_encrypt(nullptr, &entry, row.bits, row.mode, list), row.result);
+        EXPECT_EQ(print("%s %s", entry.encryption, entry.authentication), row.texts);
+        EXPECT_EQ(names(list), lines{"Listed"});
+    }
+}
+
 TEST(hex_dump, shows_rows_of_sixteen) {
     const std::string data = "0123456789abcdef\x1f";
     const auto row_of = [&](std::size_t index, const char* bytes) {
@@ -100,6 +137,7 @@ TEST(hex_dump, shows_rows_of_sixteen) {
     for (const auto& row : rows) {
         SCOPED_TRACE(row.length);
         const outcome dump = watch([&] { return dumpHexData(stdout, text("t"), text(data), row.length); });
+        EXPECT_EQ(dump.result, static_cast<int>(ruler.size())); // the last write's
         EXPECT_EQ(dump.out, "--- Hex Dump (t) ---\n" + ruler + row.shown + ruler);
     }
 }

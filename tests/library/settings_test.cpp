@@ -65,6 +65,7 @@ const setting settings[] = {
     {"channel of a BSSID", "wlan0", channel(6, 1), {"Channel=6"}},
     {"channel of an SSID", "wlan0", channel(36, 0), {"ApCliAutoConnect=1"}},
     {"channel of a mode out of range", "wlan0", channel(36, 2), {"ApCliAutoConnect=1"}},
+    {"channel algorithm", "ra0", [](wlan& radio) { return radio.set_channel_algorithm(2); }, {"AutoChannelSel=2"}},
     {"AP-client on", "wlan0", [](wlan& radio) { return radio.enable_apcli(true); }, {"ApCliEnable=1"}},
     {"radio off", "ra0", [](wlan& radio) { return radio.set_radio(false); }, {"RadioOn=0"}},
     {"802.1X off", "wlan0", [](wlan& radio) { return radio.dis_8021x(); }, {"IEEE8021X=0"}},
@@ -79,6 +80,11 @@ const setting settings[] = {
 
 class mtk_settings : public camera_test {
 protected:
+    ~mtk_settings() override {
+        driver_hook = nullptr;
+        other_driver = nullptr;
+    }
+
     static int run(const std::string& interface, const std::function<int(wlan&)>& operation) {
         wlan radio;
         EXPECT_EQ(radio.init(), 0);
@@ -104,10 +110,13 @@ TEST_F(mtk_settings, commands_go_out_in_their_order) {
 
 TEST_F(mtk_settings, refused_command_keeps_back_no_other) {
     for (const setting& setting : settings) {
-        SCOPED_TRACE(setting.name);
-        plug_in(camera.fault("ioctl", "EIO"));
-        EXPECT_EQ(run(setting.interface, setting.operation), setting.refused);
-        EXPECT_EQ(said().size(), setting.sent.size());
+        const int commands = static_cast<int>(setting.sent.size());
+        for (int refused = 1; refused <= commands; ++refused) {
+            SCOPED_TRACE(print("%s, command %d", setting.name, refused));
+            plug_in(camera.fault("ioctl", "EIO").nth(refused));
+            EXPECT_EQ(run(setting.interface, setting.operation), refused == 1 ? setting.refused : -1);
+            EXPECT_EQ(said().size(), setting.sent.size());
+        }
     }
 }
 
@@ -117,13 +126,43 @@ TEST_F(mtk_settings, driver_s_own_result_is_passed_on) {
     EXPECT_EQ(run("ra0", auth(0)), 3);
     EXPECT_EQ(run("ra0", enc(2)), 3);
     EXPECT_EQ(run("ra0", [](wlan& radio) { return radio.set_ap_mode(); }), 3);
-    driver_hook = nullptr;
 }
 
 TEST_F(mtk_settings, no_channel_is_sent_unless_associated) {
     plug_in(camera);
     EXPECT_EQ(run("ra0", [](wlan& radio) { return radio.set_current_channel(); }), 0);
     EXPECT_EQ(said(), lines{"wlan0 SIOCGIWAP"});
+}
+
+TEST_F(mtk_settings, current_channel_is_sent_when_it_is_one) {
+    const struct {
+        const char* name;
+        char address; // of the access point, its first byte
+        int channel;
+        lines sent;
+    } rows[] = {
+        {"not associated", 0, 6, {}},
+        {"channel 6", 2, 6, {"Channel=6"}},
+        {"channel 0", 2, 0, {}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        plug_in(camera);
+        lines sent;
+        other_driver = [&](unsigned long number, iwreq& request) {
+            if (number == SIOCGIWAP) {
+                request.u.ap_addr.sa_data[0] = row.address;
+            } else if (number == SIOCGIWFREQ) {
+                request.u.freq.m = row.channel;
+            } else {
+                sent.emplace_back(static_cast<const char*>(request.u.data.pointer), request.u.data.length);
+            }
+            return 0;
+        };
+        const auto set_current_channel = [](wlan& radio) { return radio.set_current_channel(); };
+        EXPECT_EQ(watch([&] { return run("ra0", set_current_channel); }).result, 0);
+        EXPECT_EQ(sent, row.sent);
+    }
 }
 
 TEST_F(mtk_settings, overlong_key_is_cut_to_the_command) {

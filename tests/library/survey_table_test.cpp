@@ -128,6 +128,69 @@ TEST(survey_table, table_without_rows_lists_nothing) {
     }
 }
 
+/// A field of a record, also one that is full and has no terminator.
+template <std::size_t size>
+std::string field(const char (&text)[size]) {
+    return {text, strnlen(text, size)};
+}
+
+TEST(survey_table, full_columns_do_not_run_together) {
+    const std::string name(35, 'n');
+    const std::string address(20, 'b');
+    const std::string cipher(12, 'c');
+    const std::string authentication(20, 'a');
+    const std::string type(12, 't');
+    const reading read = parse(header_v1 + "12345678-12345678" + name + address + cipher + authentication + type + "x");
+    ASSERT_EQ(read.list.size(), 1U);
+    const sites& site = read.list[0];
+    EXPECT_EQ(site.channel, 12345678);
+    EXPECT_EQ(site.rssi, -1234567);
+    EXPECT_EQ(site.ssid, name);
+    EXPECT_EQ(field(site.bssid), address);
+    EXPECT_EQ(field(site.encryption), cipher);
+    EXPECT_EQ(field(site.authentication), authentication);
+    EXPECT_EQ(field(site.network_type), type);
+}
+
+TEST(survey_table, full_columns_of_version_2_neither) {
+    const std::string name(33, 'n');
+    const std::string address(20, 'b');
+    const std::string mode(14, 'm');
+    const struct {
+        const char* name;
+        const char* security; // and the signal, with which it shares a column
+        const char* encryption;
+        int signal;
+    } rows[] = {
+        {"signal", "WPA2PSK/AES            1234567890", "AES", 123456789},
+        {"security", "WPA2PSK              AES         ", "AES", 0},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        const reading read = parse(header_v2 + "12345" + name + "x" + address + row.security + mode + "Inx");
+        ASSERT_EQ(read.list.size(), 1U);
+        const sites& site = read.list[0];
+        EXPECT_EQ(site.channel, 1234);
+        EXPECT_EQ(site.ssid, name);
+        EXPECT_EQ(field(site.bssid), address);
+        EXPECT_STREQ(site.encryption, row.encryption);
+        EXPECT_EQ(site.signal, row.signal);
+    }
+}
+
+TEST(survey_table, single_lines_lose_their_blanks) {
+    const std::string v1 = row_v1({6, -70, "Net", bssid, "WPA2PSK/AES", "In"});
+    const std::string v2 = row_v2({6, 60, "Net", bssid, "WPA2PSK/AES", "In"});
+    wlan radio;
+    radio.debug_level = 0;
+    std::vector<sites> list;
+    EXPECT_EQ(radio.parse_element(list, " \t" + v1), 0);
+    EXPECT_EQ(told(list), lines{"Net|02:00:00:00:00:01|AES|WPA2PSK|In|6|-70|0"});
+    list.clear();
+    EXPECT_EQ(radio.parse_element_v2(list, "\n " + v2), 0);
+    EXPECT_EQ(told(list), lines{"Net|02:00:00:00:00:01|AES|WPA2-PSK|Infra|6|0|60"});
+}
+
 TEST(survey_table, no_table_is_refused) {
     wlan radio;
     std::vector<sites> list;

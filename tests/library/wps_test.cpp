@@ -15,11 +15,15 @@ const scene camera = scene("mediatek").stored(old_network);
 
 class wps : public camera_test {
 protected:
-    ~wps() override { driver_hook = nullptr; }
+    ~wps() override {
+        driver_hook = nullptr;
+        other_driver = nullptr;
+    }
 
     void start_on(const scene& plugged) {
         plug_in(plugged);
         ASSERT_EQ(radio.init(), 0);
+        radio.set_interface(text("ra0")); // as an earlier operation left it
     }
 
     /// Stores the network of a profile that the driver gives.
@@ -145,6 +149,12 @@ TEST_F(wps_status, without_a_name_is_a_number) {
         EXPECT_EQ(look(code), (outcome{0, "wlan0: WSC status:[" + std::to_string(code) + "]\n", ""}));
 }
 
+TEST_F(wps_status, that_the_driver_leaves_out_is_1_below_0) {
+    start_on(camera);
+    other_driver = [](unsigned long /*number*/, iwreq& /*request*/) { return 0; }; // it writes no status
+    EXPECT_EQ(watch([&] { return radio.does_it_finish(0); }), (outcome{0, "wlan0: WSC status:[-1]\n", ""}));
+}
+
 TEST_F(wps_status, that_cannot_be_had_is_told) {
     start_on(camera.fault("ioctl", "EIO"));
     EXPECT_EQ(watch([&] { return radio.does_it_finish(0); }), (outcome{0, "", "wlan0: Input/output error\n"}));
@@ -166,6 +176,7 @@ TEST_F(wps, stores_what_the_profile_says) {
         {"sign in the key", "AuthMode = WPAPSK\nEncrypType = TKIP\nKeyIndex = 1\nKey = a = b\n", 2, 2, "a = b"},
         {"empty lines", "\nAuthMode = WPA\nEncrypType = AES\nKeyIndex = 1\n\nKey = new-key", 2, 3, "new-key"},
         {"a line more", "AuthMode = WPA2\nEncrypType = AES\nKeyIndex = 1\nKey = new-key\nMore", 3, 3, "new-key"},
+        {"open with an empty key", "AuthMode = OPEN\nEncrypType = NONE\nKeyIndex = 1\nKey = ", 0, 0, ""},
         {"WPA2 personal", "AuthMode = WPA2PSK\nEncrypType = AES\nKeyIndex = 1\nKey = new-key", 5, 3, "new-key"},
     };
     for (const auto& row : rows) {
@@ -197,9 +208,10 @@ TEST_F(wps, stores_nothing_of_a_bad_profile) {
         {"empty", "", ""},
         {"three lines", open + "EncrypType = NONE\n", ""},
         {"line without a sign", open + "EncrypType NONE\nKeyIndex = 1\n", ""},
+        {"value cut after its sign", open + "EncrypType = NONE\nKeyIndex =", ""},
         {"key without a sign", open + "EncrypType = NONE\nKeyIndex = 1\nKey", ""},
         {"unknown cipher", open + "EncrypType = TKIPAES\nKeyIndex = 1\n", "parse enc fail TKIPAES\n"},
-        {"unknown auth", "SSID = a\nAuthMode = WPA3\nEncrypType = AES\nKeyIndex = 3\n", "parse auth fail 3 WPA3\n"},
+        {"unknown auth", "SSID = a\nAuthMode = WPA3\nEncrypType = AES\nKeyIndex = 10\n", "parse auth fail 10 WPA3\n"},
         {"name too long for the store", "SSID = " + std::string(40, 's') + "\nA = OPEN\nE = NONE\nK = 1\n",
          folder + "/etc/camera.conf (not written):2: client.ssid: is longer than 32 bytes\nset client failed\n", -13},
     };
