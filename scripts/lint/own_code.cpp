@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A plugin of clang-tidy 14: its checks look at the declarations of this project only. It reports nothing of system
-// headers anyway, but would look at all of them: half of its time.
+// A plugin of clang-tidy 14: its checks look at the declarations of this project only. It reports
+// nothing of system headers anyway, but would look at all of them: half of its time.
 
 #include <clang/AST/ASTConsumer.h>
 #include <clang/AST/ASTContext.h>
@@ -34,6 +34,7 @@ public:
     ActionType getActionType() override { return AddBeforeMainAction; } // in front of the checks
 };
 
-const clang::FrontendPluginRegistry::Add<plugin> registered("own-code", "look at this project's declarations only");
+const clang::FrontendPluginRegistry::Add<plugin>
+    registered("own-code", "look at this project's declarations only");
 
 } // namespace

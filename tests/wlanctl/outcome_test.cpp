@@ -128,7 +128,7 @@ TEST_F(outcome_test, access_point_is_described_or_refused) {
     }
 }
 
-TEST_F(outcome_test, daemon_s_own_linesare_told) {
+TEST_F(outcome_test, daemon_s_own_lines_are_told) {
     plug_in(realtek.key("hostapd", "wrapped").key("best_channel", 11));
     const json outcome = outcome_of("ap start --stored");
     EXPECT_TRUE(has(outcome["lines"].dump(), "Could not select hw_mode and channel. (-3)"));

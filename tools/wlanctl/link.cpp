@@ -122,15 +122,22 @@ int channel_number(int told) {
     return (told - (told < before_5ghz ? before_channel_1 : before_5ghz)) / 5;
 }
 
-link_state ask_link(const char* interface) {
+link_state ask_association(const char* interface) {
     link_state link;
     const questioner kernel(interface);
     link.bssid = kernel.bssid();
     link.associated = !link.bssid.empty();
     link.address = kernel.address();
+    if (link.associated)
+        link.ssid = kernel.ssid();
+    return link;
+}
+
+link_state ask_link(const char* interface) {
+    link_state link = ask_association(interface);
     if (!link.associated)
         return link;
-    link.ssid = kernel.ssid();
+    const questioner kernel(interface);
     link.channel = kernel.channel();
     kernel.signal(link);
     return link;

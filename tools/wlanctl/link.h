@@ -20,6 +20,9 @@ struct link_state {
 /// Asks the driver and the kernel afresh; prints nothing and leaves nothing open.
 link_state ask_link(const char* interface);
 
+/// The same for what a link is known by: everything but channel and signal.
+link_state ask_association(const char* interface);
+
 /// @return the channel of an interface, associated or not; 0 when it is not told.
 int ask_channel(const char* interface);
 

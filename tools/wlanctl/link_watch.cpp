@@ -32,7 +32,7 @@ answer told(const char* interface, const target& target, const link_state& link)
 } // namespace
 
 sight look_at_link(const char* interface, const target& target, bool address, bool& linked) {
-    const link_state link = ask_link(interface);
+    const link_state link = ask_association(interface);
     // What lingers of a network from before is none of this one.
     const bool is_it = link.associated && (link.ssid.empty() || link.ssid == target.ssid);
     if (is_it && !linked) {
@@ -44,5 +44,8 @@ sight look_at_link(const char* interface, const target& target, bool address, bo
     // A link that is broken off at once, as after a wrong key, is not seen twice.
     if (!is_it || !was || (address && link.address.empty()))
         return {};
-    return {sight::state::reached, {reason::timed_out}, told(interface, target, link)};
+    const link_state whole = ask_link(interface);
+    if (!whole.associated)
+        return {};
+    return {sight::state::reached, {reason::timed_out}, told(interface, target, whole)};
 }

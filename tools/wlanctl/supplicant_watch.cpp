@@ -82,10 +82,11 @@ void supplicant_watch::take_event(const std::string& text) {
 }
 
 void supplicant_watch::listen() {
-    if (!control_.open())
-        return;
-    if (looks_++ % looks_between == 0)
+    if (looks_ % looks_between == 0)
+        ended_ = ended_ || !is_running(supplicant_daemon);
+    if (control_.open() && looks_ % looks_between == 0)
         control_.ask("STATUS");
+    ++looks_;
     for (int i = 0; i < most_messages; ++i) {
         const control_socket::message message = control_.next();
         if (message.what == control_socket::kind::none)
@@ -101,7 +102,7 @@ void supplicant_watch::listen() {
 // NOLINTNEXTLINE(readability-function-cognitive-complexity): questions in a row, none in another
 sight supplicant_watch::look() {
     listen();
-    if (ended_ || !is_running(supplicant_daemon))
+    if (ended_)
         return lost({reason::daemon_refused, true, "wpa_supplicant has ended"});
     if (state_ != "COMPLETED" && wrong_keys_ > 0 && disabled_)
         return lost({reason::wrong_key});
