@@ -112,9 +112,10 @@ TEST_F(wlanctl, fullest_and_clearest_channels_are_told) {
         EXPECT_EQ(load["clearest"], row.clearest);
         std::string loads;
         for (const auto& channel : load["channels"]) {
-            if (channel["networks"] != 0 || channel["overlapping"] != 0)
+            if (channel["networks"] != 0 || channel["overlapping"] != 0) {
                 loads += channel["channel"].dump() + ":" + channel["networks"].dump() + "+" +
                          channel["overlapping"].dump() + " ";
+            }
         }
         EXPECT_EQ(loads, row.loads);
     }

@@ -102,11 +102,11 @@ void fill_air(int pressed) {
     // clang-format off
     const air points = {2, {
         // name, its length, BSSID, security, cipher, group, hidden, button, mode, quality,
-        // level, MHz, key
+        // level, MHz, key, rejects, gone, vanishes
         {"Net", 3, {2, 0, 0, 0, 0, 1}, AIR_WPA2, AIR_AES, 0, 0, pressed > 0, AIR_MASTER, 80, -40,
-         2437, "passphrase"},
+         2437, "passphrase", 0, 0, 0},
         {"Caf\xc3\xa9 \"5\"", 9, {2, 0, 0, 0, 0, 2}, AIR_OPEN, AIR_PLAIN, 0, 0, pressed > 1,
-         AIR_MASTER, 79, -41, mhz, "passphrase"}}};
+         AIR_MASTER, 79, -41, mhz, "passphrase", 0, 0, 0}}};
     // clang-format on
     tell("air", {reinterpret_cast<const char*>(&points), sizeof points});
 }
