@@ -227,6 +227,17 @@ TEST_F(wlanctl, typed_key_is_hidden_until_ctrl_c) {
     EXPECT_TRUE(terminal.shows_typing());
 }
 
+TEST_F(wlanctl, ctrl_c_after_a_typed_key_cancels) {
+    plug_in(realtek);
+    const terminal terminal(command("join Office --wait 300", "5"));
+    EXPECT_TRUE(has(terminal.show(": "), "Key for "));
+    terminal.type("not-the-key");
+    terminal.show("Joining");
+    EXPECT_EQ(WEXITSTATUS(terminal.press_ctrl_c()), 1);
+    EXPECT_TRUE(has(terminal.show("--stored"), "cancelled, and stopped"));
+    EXPECT_FALSE(fs::exists("world/tmp/wpa_supplicant.pid"));
+}
+
 // Push-button WPS
 // --------------------------------------------------------------------------------------------------------------------
 

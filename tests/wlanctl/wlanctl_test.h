@@ -93,6 +93,11 @@ public:
         return shown;
     }
 
+    void type(const std::string& line) const {
+        const std::string keys = line + "\n";
+        EXPECT_EQ(::write(side_, keys.data(), keys.size()), static_cast<ssize_t>(keys.size()));
+    }
+
     /// Presses Ctrl-C.
     /// @return the status with which it ends.
     [[nodiscard]] int press_ctrl_c() const {

@@ -35,7 +35,8 @@ void handle(void (*handler)(int)) {
 } // namespace
 
 void take_ending_signals() {
-    if (ends[0] < 0 && pipe2(ends, O_CLOEXEC | O_NONBLOCK) == 0)
+    // Again after a prompt, which has them end the program once it is answered.
+    if (ends[0] >= 0 || pipe2(ends, O_CLOEXEC | O_NONBLOCK) == 0)
         handle(note_end);
 }
 
