@@ -11,7 +11,6 @@ namespace {
 
 constexpr int looks_between = 5;        // questions for its state
 constexpr int looks_without_state = 10; // that hostapd has to last when it tells nothing
-constexpr int most_messages = 200;
 
 int number_in(const std::string& reply, const std::string& name) {
     return std::atoi(value_in(reply, name).c_str());
@@ -35,15 +34,12 @@ sight access_point_watch::look_at_daemon() {
     if (control_.open() && looks_ % looks_between == 0)
         control_.ask("STATUS");
     ++looks_;
-    for (int i = 0; i < most_messages; ++i) {
-        const control_socket::message message = control_.next();
-        if (message.what == control_socket::kind::none)
-            break;
+    control_.take_in([this](const control_socket::message& message) {
         if (message.what == control_socket::kind::reply && message.command == "STATUS") {
             state_ = value_in(message.text, "state");
             channel_ = number_in(message.text, "channel");
         }
-    }
+    });
     if (state_ == "DISABLED")
         return {sight::state::lost, {reason::daemon_refused, true, "hostapd could not start it"}};
     const bool enabled = state_ == "ENABLED" || (state_.empty() && looks_ >= looks_without_state);

@@ -11,6 +11,7 @@
 
 #include "cancelling.h"
 #include "diagnostics.h"
+#include "field.h"
 #include "libwlan/survey.h"
 #include "libwlan/wlan.h"
 #include "progress.h"
@@ -22,11 +23,6 @@ namespace {
 constexpr std::size_t longest_name = 32;
 constexpr int busy_patience = 10; // seconds
 constexpr int second_ms = 1000;
-
-template <std::size_t size>
-std::string text_of(const char (&field)[size]) {
-    return {field, strnlen(field, size)};
-}
 
 /// Only a version-1 table of the MediaTek driver tells dBm, and nothing but them.
 bool tells_dbm(const sites& site) {
@@ -101,19 +97,16 @@ std::string survey_bytes(const std::function<int(std::string&)>& survey, bool tr
 }
 
 std::vector<sites> survey_air(bool mediatek, bool trigger) {
-    const std::string bytes = survey_bytes(
-        [&](std::string& found) {
-            std::vector<sites> list;
-            const int result =
-                mediatek ? survey_mediatek(list, trigger) : run_site_survey_realtek(list);
-            found.assign(reinterpret_cast<const char*>(list.data()), list.size() * sizeof(sites));
-            return result;
+    return survey_list<sites>(
+        [&](std::vector<sites>& list) {
+            return mediatek ? survey_mediatek(list, trigger) : run_site_survey_realtek(list);
         },
         trigger);
-    std::vector<sites> list(bytes.size() / sizeof(sites));
-    if (!list.empty())
-        std::memcpy(list.data(), bytes.data(), list.size() * sizeof(sites));
-    return list;
+}
+
+answer band_of(int channel) {
+    constexpr int last_2ghz = 14;
+    return channel == 0 ? answer() : answer(channel <= last_2ghz ? "2.4 GHz" : "5 GHz");
 }
 
 std::string name_of(const sites& site) {
@@ -144,13 +137,9 @@ answer describe(const sites& site, bool mediatek) {
     const int channel = channel_of(site, mediatek);
     answer told = {{"name", name_of(site)},
                    {"bssid", text_of(site.bssid)},
-                   {"channel", nullptr},
-                   {"band", nullptr},
+                   {"channel", channel == 0 ? answer() : answer(channel)},
+                   {"band", band_of(channel)},
                    {"security", security_of(site)}};
-    if (channel > 0) {
-        told.set("channel", channel);
-        told.set("band", channel <= 14 ? "2.4 GHz" : "5 GHz");
-    }
     told.set(tells_dbm(site) ? "signal_dbm" : "signal_percent", strength(site));
     return told;
 }

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <cstring>
 #include <functional>
 #include <string>
 #include <vector>
@@ -21,6 +22,27 @@ std::vector<sites> survey_air(bool mediatek, bool trigger);
 /// @return what it found.
 /// @throws failure as survey_air().
 std::string survey_bytes(const std::function<int(std::string&)>& survey, bool trigger);
+
+/// The same for a list of plain records.
+template <typename Record>
+std::vector<Record> survey_list(const std::function<int(std::vector<Record>&)>& survey,
+                                bool trigger) {
+    const std::string bytes = survey_bytes(
+        [&](std::string& found) {
+            std::vector<Record> list;
+            const int result = survey(list);
+            found.assign(reinterpret_cast<const char*>(list.data()), list.size() * sizeof(Record));
+            return result;
+        },
+        trigger);
+    std::vector<Record> list(bytes.size() / sizeof(Record));
+    if (!list.empty())
+        std::memcpy(list.data(), bytes.data(), list.size() * sizeof(Record));
+    return list;
+}
+
+/// "2.4 GHz" or "5 GHz"; null for channel 0, which is none.
+answer band_of(int channel);
 
 /// Of a network with a name, at most its 32 bytes: the library adds a blank to one of 32.
 std::string name_of(const sites& site);

@@ -4,25 +4,17 @@
 #include "beacons.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "air.h"
 #include "mediatek_beacons.h"
 #include "realtek_beacons.h"
 
 std::vector<beacon> survey_beacons(bool mediatek, bool trigger) {
-    const std::string bytes = survey_bytes(
-        [&](std::string& found) {
-            std::vector<beacon> list;
-            const int result = mediatek ? hear_mediatek(list, trigger) : hear_realtek(list);
-            found.assign(reinterpret_cast<const char*>(list.data()), list.size() * sizeof(beacon));
-            return result;
+    return survey_list<beacon>(
+        [&](std::vector<beacon>& list) {
+            return mediatek ? hear_mediatek(list, trigger) : hear_realtek(list);
         },
         trigger);
-    std::vector<beacon> list(bytes.size() / sizeof(beacon));
-    if (!list.empty())
-        std::memcpy(list.data(), bytes.data(), list.size() * sizeof(beacon));
-    return list;
 }
 
 int strength(const beacon& beacon) {
@@ -41,13 +33,10 @@ answer describe(const beacon& beacon) {
     const auto told = [](int number, int none) {
         return number == none ? answer() : answer(number);
     };
-    constexpr int last_2ghz = 14;
     return {{"name", *beacon.name == '\0' ? answer() : answer(beacon.name)},
             {"bssid", beacon.bssid},
             {"channel", told(beacon.channel, 0)},
-            {"band", beacon.channel == 0           ? answer()
-                     : beacon.channel <= last_2ghz ? answer("2.4 GHz")
-                                                   : answer("5 GHz")},
+            {"band", band_of(beacon.channel)},
             {"frequency_mhz", told(beacon.mhz, 0)},
             {"security", beacon.security},
             {"signal_dbm", told(beacon.dbm, not_told)},

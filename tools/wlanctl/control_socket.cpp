@@ -3,6 +3,8 @@
 
 #include "control_socket.h"
 
+#include <cstdlib>
+#include <optional>
 #include <utility>
 
 #include "cancelling.h"
@@ -89,22 +91,47 @@ control_socket::message control_socket::next() {
 
 #endif
 
+void control_socket::take_in(const std::function<void(const message&)>& take) {
+    constexpr int most = 200;
+    for (int taken = 0; taken < most; ++taken) {
+        const message told = next();
+        if (told.what == kind::none)
+            return;
+        take(told);
+    }
+}
+
 std::string control_socket::reply_to(const std::string& command) {
     constexpr int look_ms = 10;
     constexpr int patience = 50; // looks
-    constexpr int flood = 1000;  // events in one look
     ask(command);
+    std::optional<std::string> reply;
     for (int looks = 0; open() && looks < patience && !asked_to_end(); ++looks) {
-        for (int events = 0; events < flood; ++events) {
-            message told = next();
-            if (told.what == kind::reply && told.command == command)
-                return told.text;
-            if (told.what == kind::none)
-                break;
-        }
+        take_in([&](const message& told) {
+            if (!reply && told.what == kind::reply && told.command == command)
+                reply = told.text;
+        });
+        if (reply)
+            return *reply;
         pause_ms(look_ms);
     }
     return "";
+}
+
+std::string plain_name(const std::string& printed) {
+    std::string name;
+    for (std::size_t i = 0; i < printed.size(); ++i) {
+        const bool escaped = printed[i] == '\\' && i + 1 < printed.size();
+        if (escaped && printed[i + 1] == 'x' && i + 3 < printed.size()) {
+            name += static_cast<char>(std::strtol(printed.substr(i + 2, 2).c_str(), nullptr, 16));
+            i += 3;
+        } else if (escaped) {
+            name += printed[++i] == 'e' ? '\033' : printed[i];
+        } else {
+            name += printed[i];
+        }
+    }
+    return name;
 }
 
 std::string value_in(const std::string& reply, const std::string& name) {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <deque>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -38,14 +39,17 @@ public:
         std::string text = {};    ///< of an event, without its level
     };
 
-    /// Takes the next message that has come in.
-    message next();
+    /// Takes what has come in, of a flood a part only.
+    void take_in(const std::function<void(const message&)>& take);
 
     /// Asks and waits for the reply, for half a second at most.
     /// @return empty when there is none.
     std::string reply_to(const std::string& command);
 
 private:
+    /// Takes the next message that has come in.
+    message next();
+
     std::string path_;
     wpa_ctrl* control_ = nullptr;
     std::deque<std::string> asked_; ///< and not replied to yet
@@ -53,6 +57,9 @@ private:
 
 /// @return the value of "name=" in a reply of such lines; empty when there is none.
 std::string value_in(const std::string& reply, const std::string& name);
+
+/// @return the bytes of a name as the daemons print it: those that are not printable stand as \xHH.
+std::string plain_name(const std::string& printed);
 
 constexpr char supplicant_control[] = "/var/run/wpa_supplicant/wlan0";
 constexpr char hostapd_control[] = "/var/run/hostapd/wlan1";

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 // wlanctl doctor.
 
-#include <cstdlib>
-#include <sstream>
 #include <string>
 
 #include <unistd.h>
@@ -56,14 +54,7 @@ constexpr need needs[] = {
 std::string find(const need& need) {
     if (need.what[0] == '/')
         return access(need.what, need.access) == 0 ? need.what : "";
-    const char* path = std::getenv("PATH");
-    std::istringstream folders(path != nullptr ? path : "/sbin:/usr/sbin:/bin:/usr/bin");
-    for (std::string folder; std::getline(folders, folder, ':');) {
-        std::string file = folder + "/" + need.what;
-        if (access(file.c_str(), need.access) == 0)
-            return file;
-    }
-    return "";
+    return find_program(need.what, need.access);
 }
 
 answer examine(const need& need) {

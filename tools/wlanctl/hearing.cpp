@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <iterator>
 
-#include "adapter.h"
 #include "air.h"
 #include "answer.h"
 #include "cancelling.h"
@@ -43,12 +42,11 @@ void choose(const std::string& security, heard_network& heard) {
 
 } // namespace
 
-heard_network hear(const std::string& ssid) {
+heard_network hear(const std::string& ssid, bool mediatek) {
     heard_network heard;
-    heard.mediatek = find_adapter().mediatek;
     std::vector<sites> list;
     try {
-        list = survey_air(heard.mediatek, true);
+        list = survey_air(mediatek, true);
     } catch (const failure&) { // the driver's own search may hear it all the same
         if (asked_to_end())
             throw;
@@ -58,9 +56,9 @@ heard_network hear(const std::string& ssid) {
     if (site == nullptr)
         return heard;
     heard.heard = true;
-    heard.channel = channel_of(*site, heard.mediatek);
+    heard.channel = channel_of(*site, mediatek);
     choose(security_of(*site), heard);
-    answer told = describe(*site, heard.mediatek);
+    answer told = describe(*site, mediatek);
     answer event = {{"ssid", ssid}};
     for (const auto& [name, value] : told.fields()) {
         if (std::string(name) != "name")

@@ -110,6 +110,12 @@ private:
 
 } // namespace
 
+bool is_address(const std::string& text) {
+    constexpr std::size_t length = 17;
+    return text.size() == length &&
+           text.find_first_not_of("0123456789abcdefABCDEF:") == std::string::npos;
+}
+
 int channel_number(int told) {
     constexpr int least_mhz = 1000;
     constexpr int channel_14 = 2484; // MHz, as the others

@@ -29,5 +29,8 @@ int ask_channel(const char* interface);
 /// @return the name that an interface goes by on the air; empty when it is not told.
 std::string ask_ssid(const char* interface);
 
+/// @return whether the text looks like a hardware address.
+bool is_address(const std::string& text);
+
 /// Drivers tell a channel by its number or by its frequency in MHz.
 int channel_number(int told);

@@ -14,8 +14,10 @@
 #include <sys/socket.h>
 
 #include "base/unique_fd.h"
+#include "field.h"
 #include "libwlan/link_status.h"
 #include "libwlan/wlan.h"
+#include "link.h"
 
 namespace {
 
@@ -96,17 +98,6 @@ int mhz_of(int channel) {
     if (channel == last_2ghz)
         return mhz_14;
     return (channel < last_2ghz ? 2407 : 5000) + 5 * channel;
-}
-
-bool is_address(const std::string& text) {
-    constexpr std::size_t length = 17;
-    return text.size() == length &&
-           text.find_first_not_of("0123456789abcdefABCDEF:") == std::string::npos;
-}
-
-template <std::size_t size>
-void fill(char (&field)[size], const std::string& text) {
-    std::snprintf(field, size, "%s", text.c_str());
 }
 
 /// @return whether the line makes sense.

@@ -16,7 +16,6 @@
 #include "libwlan/modes.h"
 
 #include "adapter.h"
-#include "cancelling.h"
 #include "commands.h"
 #include "hearing.h"
 #include "mode_request.h"
@@ -117,7 +116,6 @@ answer start_access_point(mode_options& options) {
     settle_name(network);
     settle_key(network);
     settle(network);
-    take_ending_signals();
     const request_lock lock("ap start", options.request.lock_wait);
     const adapter found = find_adapter();
     check_access_point(found, network);
@@ -134,14 +132,12 @@ answer start_access_point(mode_options& options) {
 }
 
 answer stop_access_point(const request_options& options) {
-    take_ending_signals();
     const request_lock lock("ap stop", options.lock_wait);
     stop_access_point(find_adapter());
     return {{"outcome", "stopped"}, {"done", "access point: stopped"}};
 }
 
 answer disconnect(const request_options& options) {
-    take_ending_signals();
     const request_lock lock("disconnect", options.lock_wait);
     stop_station(find_adapter());
     return {{"outcome", "disconnected"}, {"done", "station: stopped"}};
@@ -149,16 +145,12 @@ answer disconnect(const request_options& options) {
 
 /// Takes what the air tells of the network to join: how it is protected, and its channel. The key
 /// is asked for when it needs one.
-target look_up(mode_options& options) {
+target look_up(mode_options& options, const adapter& found) {
     network_options& network = options.network;
-    settle_name(network);
-    settle_key(network);
-    check_station_options(find_adapter(), options);
     target target = {network.ssid, false, false};
     if (says_no_security(network)) {
-        take_ending_signals();
         const request_lock lock("join", options.request.lock_wait);
-        const heard_network heard = hear(network.ssid);
+        const heard_network heard = hear(network.ssid, found.mediatek);
         target.was_heard = heard.heard;
         if (!heard.heard && !network.has_key) {
             throw because({reason::not_heard, heard.certain},
@@ -166,7 +158,7 @@ target look_up(mode_options& options) {
         }
         network.auth_word = heard.auth;
         network.enc_word = heard.enc;
-        if (heard.mediatek && options.channel == 0)
+        if (found.mediatek && options.channel == 0)
             options.channel = heard.channel;
     }
     settle(network);
@@ -193,10 +185,12 @@ void store_network(const mode_options& options) {
 
 answer join(mode_options& options) {
     network_options& network = options.network;
-    const target target = look_up(options);
-    take_ending_signals();
-    const request_lock lock("join", options.request.lock_wait);
+    settle_name(network);
+    settle_key(network);
     const adapter found = find_adapter();
+    check_station_options(found, options);
+    const target target = look_up(options, found);
+    const request_lock lock("join", options.request.lock_wait);
     check_station(found, options);
     mode_request request = {"join",
                             "station for " + told(network),
@@ -221,14 +215,12 @@ answer store(mode_options& options) {
     settle_name(options.network);
     settle_key(options.network);
     settle(options.network);
-    take_ending_signals();
     const request_lock lock("store set", options.request.lock_wait);
     store_network(options);
     return {{"outcome", "done"}, {"done", "stored, to be joined: " + told(options.network)}};
 }
 
 answer forget(const request_options& options) {
-    take_ending_signals();
     const request_lock lock("store forget", options.lock_wait);
     station_record nothing;
     nothing.enabled = false;
@@ -242,10 +234,12 @@ answer repeat(mode_options& options) {
     settle_name(own);
     settle_key(own);
     settle(own);
-    const target target = look_up(options);
-    take_ending_signals();
-    const request_lock lock("repeat", options.request.lock_wait);
+    settle_name(other);
+    settle_key(other);
     const adapter found = find_adapter();
+    check_station_options(found, options);
+    const target target = look_up(options, found);
+    const request_lock lock("repeat", options.request.lock_wait);
     check_access_point(found, own);
     check_station(found, options);
     mode_request request = {"repeat",
@@ -287,7 +281,6 @@ answer run_stored(const mode& mode, const mode_options& options,
         if (other->count() > 0)
             throw CLI::ExcludesError("--stored", other->get_name());
     }
-    take_ending_signals();
     const request_lock lock("stored settings", options.request.lock_wait);
     const adapter found = find_adapter();
     return carry_out(mode.stored(), found, options.request);

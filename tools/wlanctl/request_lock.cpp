@@ -42,6 +42,7 @@ void write_holder(int file, const std::string& command) {
 // A camera without /var/run goes without: hostapd and wpa_supplicant do not start there either.
 request_lock::request_lock(const std::string& command, int patience)
     : file_(open(path, O_RDWR | O_CREAT | O_CLOEXEC, 0644)) {
+    take_ending_signals();
     if (!file_)
         return;
     int waited_ms = 0;

@@ -8,7 +8,8 @@
 #include "answer.h"
 #include "base/unique_fd.h"
 
-/// Held for as long as it lives, and by the child that carries the request out.
+/// Held for as long as it lives, and by the child that carries the request out. From here on the
+/// ending signals cancel the request.
 class request_lock {
 public:
     /// @param command that is carried out, for whoever asks.

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <cstring>
 #include <string>
 
 #include <CLI/CLI.hpp>
@@ -11,24 +10,20 @@
 #include "libwlan/store.h"
 
 #include "commands.h"
+#include "field.h"
 #include "security.h"
 
 namespace {
 
-template <std::size_t size>
-std::string text(const char (&field)[size]) {
-    return {field, strnlen(field, size)};
-}
-
 /// That there is a key, never the key.
 template <std::size_t size>
 std::string hidden(const char (&key)[size]) {
-    const std::size_t length = strnlen(key, size);
+    const std::size_t length = text_of(key).size();
     return length == 0 ? "(not set)" : "(set, " + std::to_string(length) + " characters)";
 }
 
 answer access_point(const _wireless_setting& setting) {
-    return {{"ssid", text(setting.ap_ssid)},
+    return {{"ssid", text_of(setting.ap_ssid)},
             {"auth", word_of(setting.ap_auth)},
             {"enc", word_of(setting.ap_enc)},
             {"key", hidden(setting.ap_key)}};
@@ -36,8 +31,8 @@ answer access_point(const _wireless_setting& setting) {
 
 answer client(const _wireless_setting& setting) {
     return {{"enabled", setting.client_enabled == 1},
-            {"ssid", text(setting.client_ssid)},
-            {"bssid", text(setting.client_bssid)},
+            {"ssid", text_of(setting.client_ssid)},
+            {"bssid", text_of(setting.client_bssid)},
             {"auth", word_of(setting.client_auth)},
             {"enc", word_of(setting.client_enc)},
             {"key", hidden(setting.client_key)},
@@ -47,14 +42,15 @@ answer client(const _wireless_setting& setting) {
 }
 
 answer dhcp_server(const _dhcp_server_setting& setting) {
-    return {{"address", text(setting.server_address)},
-            {"pool_start", text(setting.pool_start)},
-            {"pool_end", text(setting.pool_end)},
-            {"netmask", text(setting.subnet_mask)}};
+    return {{"address", text_of(setting.server_address)},
+            {"pool_start", text_of(setting.pool_start)},
+            {"pool_end", text_of(setting.pool_end)},
+            {"netmask", text_of(setting.subnet_mask)}};
 }
 
 answer identity(const _system_setting& setting) {
-    return {{"model", text(setting.model_name)}, {"manufacturer", text(setting.manufacturer)}};
+    return {{"model", text_of(setting.model_name)},
+            {"manufacturer", text_of(setting.manufacturer)}};
 }
 
 answer region() {

@@ -3,31 +3,20 @@
 
 #include "stored_network.h"
 
-#include <algorithm>
 #include <cstring>
 
+#include "field.h"
 #include "libwlan/access_point.h"
 #include "libwlan/modes.h"
 #include "libwlan/store.h"
 
 namespace {
 
-template <std::size_t size>
-std::string text_of(const char (&field)[size]) {
-    return {field, strnlen(field, size)};
-}
-
 _wireless_setting read(int (*get)(_wireless_setting*), const char* what) {
     _wireless_setting setting{};
     if (get(&setting) != 0)
         throw because({reason::store_failed}, what);
     return setting;
-}
-
-template <std::size_t size>
-void fill(char (&field)[size], const std::string& text) {
-    std::memset(field, 0, size);
-    std::memcpy(field, text.data(), std::min(text.size(), size - 1));
 }
 
 target network_of(const _wireless_setting& setting) {

@@ -5,6 +5,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <sstream>
 
 #include "daemons.h"
 #include "diagnostics.h"
@@ -15,7 +16,6 @@ namespace {
 
 constexpr char station[] = "wlan0";
 
-constexpr int most_messages = 200;      // taken in at one look
 constexpr int looks_between = 10;       // questions for its state
 constexpr int looks_without_state = 60; // that a link has to last: a failing handshake takes 4 s
 constexpr int scans_that_miss = 2;      // one scan may miss a network that is there
@@ -34,23 +34,6 @@ int number_after(const std::string& text, const char* name) {
     return place == std::string::npos ? 0
                                       : static_cast<int>(std::strtol(
                                             text.c_str() + place + std::strlen(name), nullptr, 10));
-}
-
-/// A name as the daemon writes it in a list.
-std::string encoded(const std::string& ssid) {
-    constexpr char digits[] = "0123456789abcdef";
-    std::string text;
-    for (const char c : ssid) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (c == '"' || c == '\\') {
-            text += {'\\', c};
-        } else if (byte >= 0x20 && byte < 0x7F) {
-            text += c;
-        } else {
-            text += {'\\', 'x', digits[byte >> 4], digits[byte & 0xF]};
-        }
-    }
-    return text;
 }
 
 void tell_attempt(reason why) {
@@ -87,16 +70,13 @@ void supplicant_watch::listen() {
     if (control_.open() && looks_ % looks_between == 0)
         control_.ask("STATUS");
     ++looks_;
-    for (int i = 0; i < most_messages; ++i) {
-        const control_socket::message message = control_.next();
-        if (message.what == control_socket::kind::none)
-            break;
+    control_.take_in([this](const control_socket::message& message) {
         if (message.what == control_socket::kind::event) {
             take_event(message.text);
         } else if (message.command == "STATUS") {
             state_ = value_in(message.text, "wpa_state");
         }
-    }
+    });
 }
 
 // NOLINTNEXTLINE(readability-function-cognitive-complexity): questions in a row, none in another
@@ -147,9 +127,15 @@ setback supplicant_watch::likely() const {
     return {target_.is_protected ? reason::wrong_key : reason::refused, false};
 }
 
+/// Its list has a network a line, with the name behind the last tab.
 bool supplicant_watch::daemon_hears() {
-    const std::string list = control_.reply_to("SCAN_RESULTS") + "\n";
-    return contains(list, ("\t" + encoded(target_.ssid) + "\n").c_str());
+    std::istringstream list(control_.reply_to("SCAN_RESULTS"));
+    for (std::string line; std::getline(list, line);) {
+        const std::size_t tab = line.rfind('\t');
+        if (tab != std::string::npos && plain_name(line.substr(tab + 1)) == target_.ssid)
+            return true;
+    }
+    return false;
 }
 
 sight supplicant_watch::lost(const setback& why) const {

@@ -14,7 +14,6 @@
 #include "air.h"
 #include "air_table.h"
 #include "beacons.h"
-#include "cancelling.h"
 #include "channel_load.h"
 #include "commands.h"
 #include "display.h"
@@ -87,7 +86,6 @@ answer tell(const survey_options& options) {
     const bool mediatek = find_adapter().mediatek;
     if (options.no_trigger && !mediatek)
         throw CLI::ValidationError("a Realtek adapter always scans", "leave out --no-trigger");
-    take_ending_signals();
     const request_lock lock("survey", options.request.lock_wait);
     return options.all || options.channels ? tell_all(mediatek, options)
                                            : tell_names(mediatek, options);

@@ -53,29 +53,6 @@ std::string configured(const std::string& name) {
     return "";
 }
 
-/// The name comes printable from hostapd: bytes that are not stand as \xHH.
-std::string plain_name(const std::string& printable) {
-    std::string name;
-    for (std::size_t i = 0; i < printable.size(); ++i) {
-        const bool escaped = printable[i] == '\\' && i + 1 < printable.size();
-        if (escaped && printable[i + 1] == 'x' && i + 3 < printable.size()) {
-            name += static_cast<char>(std::strtol(printable.substr(i + 2, 2).c_str(), nullptr, 16));
-            i += 3;
-        } else if (escaped) {
-            name += printable[++i] == 'e' ? '\033' : printable[i];
-        } else {
-            name += printable[i];
-        }
-    }
-    return name;
-}
-
-bool is_address(const std::string& text) {
-    constexpr std::size_t length = 17;
-    return text.size() == length &&
-           text.find_first_not_of("0123456789abcdefABCDEF:") == std::string::npos;
-}
-
 /// hostapd gives its stations one by one, each for the one before.
 answer stations_of(control_socket& control, const std::string& status) {
     constexpr std::size_t most = 64; // a camera's adapter takes fewer

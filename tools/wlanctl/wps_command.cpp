@@ -15,6 +15,7 @@
 #include "cancelling.h"
 #include "commands.h"
 #include "diagnostics.h"
+#include "field.h"
 #include "mode_request.h"
 #include "progress.h"
 #include "request_lock.h"
@@ -136,8 +137,7 @@ answer describe_stored() {
     return {
         {"outcome", "obtained"},
         {"done", "network obtained and stored"},
-        {"ssid",
-         std::string(stored.client_ssid, strnlen(stored.client_ssid, sizeof stored.client_ssid))},
+        {"ssid", text_of(stored.client_ssid)},
         {"auth", word_of(stored.client_auth)},
         {"enc", word_of(stored.client_enc)},
         {"channel", stored.client_channel},
@@ -170,7 +170,6 @@ void await_link(answer& told, const request_options& options) {
 answer obtain(const wps_options& options) {
     if (!find_adapter().mediatek)
         throw CLI::ValidationError("a Realtek adapter does no push-button WPS", "use wlanctl join");
-    take_ending_signals();
     const request_lock lock("wps", options.request.lock_wait);
     check_store();
     wps_session session;
