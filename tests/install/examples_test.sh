@@ -17,7 +17,8 @@ fail() {
     exit 1
 }
 
-served() { "$vcamera" log --scratch "$work/camera" | grep -q ' system .*udhcpd'; }
+told() { "$vcamera" log --scratch "$work/camera"; }
+served() { grep -q ' system .*udhcpd' <<<"$(told)"; }
 
 for family in mtk realtek; do
     joined=$(camera --fresh --scene "$scenes/$family-office.json" -- \
@@ -26,20 +27,20 @@ for family in mtk realtek; do
     [ "$(grep -c -e '"joined": true' -e '"channel": 6' -e '"cable": true' "$work/page")" = 3 ] ||
         fail "wrong status page: $(cat "$work/page")"
     ! served || fail "an access point beside the network that was joined"
-    told=$(camera -- "$examples/join_from_phone" <<<$'Office\nnot the key') && fail "joined with a wrong key"
-    [[ $told == *"Office was not joined"* ]] && served || fail "no access point to fall back to: $told"
+    answer=$(camera -- "$examples/join_from_phone" <<<$'Office\nnot the key') && fail "joined with a wrong key"
+    [[ $answer == *"Office was not joined"* ]] && served || fail "no access point to fall back to: $answer"
 done
 
 if [ -n "${WLANCTL:-}" ]; then
     for family in mtk realtek; do
-        told=$(camera --fresh --scene "$scenes/$family-office.json" -- \
-            "$examples/event_loop" Office 'correct horse battery' 15 </dev/null) || fail "not joined: $told"
-        [ "$(grep -c '"outcome": "joined"' <<<"$told")" = 15 ] || fail "not joined each time: $told"
-        [[ $told == *"left after 15: 0 descriptors, 0 bytes, no child" ]] || fail "something is left: $told"
+        answer=$(camera --fresh --scene "$scenes/$family-office.json" -- \
+            "$examples/event_loop" Office 'correct horse battery' 15 </dev/null) || fail "not joined: $answer"
+        [ "$(grep -c '"outcome": "joined"' <<<"$answer")" = 15 ] || fail "not joined each time: $answer"
+        [[ $answer == *"left after 15: 0 descriptors, 0 bytes, no child" ]] || fail "something is left: $answer"
     done
 fi
 
 family=mtk
 camera --fresh --scene "$scenes/mtk-office.json" -- "$examples/wps_button" >/dev/null || fail "no WPS"
 grep -q '^ssid = "Werkstatt' "$work/camera/etc/camera.conf" || fail "the network was not stored"
-"$vcamera" log --scratch "$work/camera" | grep -q 'WscStop=1 .*-> ok' || fail "the session goes on"
+grep -q 'WscStop=1 .*-> ok' <<<"$(told)" || fail "the session goes on"

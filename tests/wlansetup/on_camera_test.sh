@@ -44,16 +44,16 @@ for family in mtk realtek; do
     await '"state":"serving"'
     [[ $status == *'"name":"Office"'* && $status == *'"ssid":"Camera"'* ]] || fail "no list: $status"
     [ "$family" != realtek ] || daemon=$(cat "$work/camera/tmp/hostapd.pid")
-    ask POST /api/join '{"name": "Office", "key": "not the key"}' | grep -q '202 Accepted' || fail "not taken"
+    [[ $(ask POST /api/join '{"name": "Office", "key": "not the key"}') == *'202 Accepted'* ]] || fail "not taken"
     await '"reason":"wrong_key"'
     await '"state":"serving"'
     if [ "$family" = realtek ]; then
         [ "$(cat "$work/camera/tmp/hostapd.pid")" = "$daemon" ] || fail "the access point was started afresh"
     else
-        ! told | grep -q 'ifconfig ra0 .*down' || fail "the access point went down"
+        ! grep -q 'ifconfig ra0 .*down' <<<"$(told)" || fail "the access point went down"
     fi
     ! grep -q '^ssid = .*Office' "$work/camera/etc/camera.conf" || fail "stored before it was joined"
-    ask POST /api/join '{"name": "Office", "key": "correct horse battery"}' | grep -q '202 Accepted' || fail "not taken"
+    [[ $(ask POST /api/join '{"name": "Office", "key": "correct horse battery"}') == *'202 Accepted'* ]] || fail "not taken"
     await '"address":"192.168.7.20"'
     for _ in {1..600}; do
         ! grep -q connected "$work/errors" || break
@@ -61,7 +61,7 @@ for family in mtk realtek; do
     done
     grep -q '^ssid = .*Office' "$work/camera/etc/camera.conf" || fail "not stored"
     [ "$family" = mtk ] || [ ! -e "$work/camera/tmp/hostapd.pid" ] || fail "the access point is still there"
-    told | grep -qE 'ifconfig (ra0|wlan1) 0.0.0.0 down' || fail "the access point's interface is still up"
+    grep -qE 'ifconfig (ra0|wlan1) 0.0.0.0 down' <<<"$(told)" || fail "the access point's interface is still up"
     ! grep -q 'correct horse' "$work/errors" || fail "a key in the log"
     kill "$program"
     wait "$program" || fail "ended by itself"
