@@ -121,6 +121,25 @@ TEST_F(wlanctl, fullest_and_clearest_channels_are_told) {
     }
 }
 
+TEST_F(wlanctl, survey_aligns_wide_characters) {
+    plug_in(realtek.air(access_point("会議室の二階").level(-50)).air(access_point("Cafe\u0301 📷").level(-60)));
+    const struct {
+        const char* columns;
+        std::vector<const char*> lines;
+    } rows[] = {
+        {"30", {"Office   6 ", "会議室~  1 ", "Cafe\u0301 📷  1 "}},
+        {"31", {"Office     6 ", "会議室の~  1 ", "Cafe\u0301 📷    1 "}},
+        {"80", {"Office        02:", "会議室の二階  02:", "Cafe\u0301 📷       02:"}},
+    };
+    for (const auto& row : rows) {
+        const terminal terminal(std::string("env LC_ALL=C.UTF-8 NO_COLOR=1 COLUMNS=") + row.columns + " " +
+                                command("survey"));
+        const std::string shown = terminal.show("nothing that it shows");
+        for (const char* line : row.lines)
+            EXPECT_TRUE(has(shown, std::string("\n") + line)) << row.columns;
+    }
+}
+
 TEST_F(wlanctl, survey_fits_the_terminal) {
     plug_in(crowded(realtek).air(access_point("A meeting room, the second floor").level(-50)));
     for (const std::string arguments : {"survey", "survey --all", "survey --channels", "status", "doctor"}) {

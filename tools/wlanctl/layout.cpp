@@ -4,7 +4,9 @@
 #include "layout.h"
 
 #include <algorithm>
+#include <cwchar>
 #include <sstream>
+#include <string_view>
 
 namespace {
 
@@ -12,11 +14,32 @@ bool continues(char c) {
     return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
 }
 
+struct character {
+    std::size_t bytes;
+    std::size_t columns;
+};
+
+/// @param text is not empty. What libc does not know takes one column.
+character first_of(std::string_view text) {
+    std::mbstate_t state{};
+    wchar_t wide = 0;
+    const std::size_t bytes = std::mbrtowc(&wide, text.data(), text.size(), &state);
+    const bool known = bytes > 0 && bytes <= text.size();
+    const int columns = known ? wcwidth(wide) : -1;
+    const std::size_t otherwise = continues(text.front()) ? 0 : 1;
+    return {known ? bytes : 1, columns >= 0 ? static_cast<std::size_t>(columns) : otherwise};
+}
+
 } // namespace
 
 std::size_t width(const std::string& text) {
-    return text.size() -
-           static_cast<std::size_t>(std::count_if(text.begin(), text.end(), continues));
+    std::size_t columns = 0;
+    for (std::string_view rest = text; !rest.empty();) {
+        const character next = first_of(rest);
+        columns += next.columns;
+        rest.remove_prefix(next.bytes);
+    }
+    return columns;
 }
 
 std::string padded(const std::string& text, std::size_t columns) {
@@ -27,12 +50,15 @@ std::string padded(const std::string& text, std::size_t columns) {
 std::string cut(const std::string& text, std::size_t columns) {
     if (width(text) <= columns || columns == 0)
         return text;
-    std::size_t end = 0;
-    for (std::size_t characters = 0; end < text.size(); ++end) {
-        if (!continues(text[end]) && ++characters == columns)
+    std::string_view rest = text;
+    for (std::size_t taken = 0; !rest.empty();) {
+        const character next = first_of(rest);
+        taken += next.columns;
+        if (taken >= columns) // the last one is for the '~'
             break;
+        rest.remove_prefix(next.bytes);
     }
-    return text.substr(0, end) + "~";
+    return text.substr(0, text.size() - rest.size()) + "~";
 }
 
 std::string aligned(const std::vector<text_row>& rows, const std::string& indent) {

@@ -9,7 +9,8 @@
 
 using text_row = std::vector<std::string>;
 
-/// Characters, not bytes: the bytes that continue a UTF-8 character take no place of their own.
+/// Columns on a terminal, as libc knows them of UTF-8 where it has the C.UTF-8 locale: some
+/// characters take two, some none. Elsewhere one each.
 std::size_t width(const std::string& text);
 
 /// Fills a text up with blanks.

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <clocale>
 #include <csignal>
 #include <cstdio>
 #include <cstring>
@@ -204,6 +205,7 @@ int carry_out(int argc, char** argv) {
 int main(int argc, char** argv) {
     // Whoever reads may leave (| head) in the midst of a mode. Daemons would inherit SIG_IGN.
     std::signal(SIGPIPE, [](int) {});
+    std::setlocale(LC_CTYPE, "C.UTF-8"); // as names are shown, whatever the camera's own is
     try {
         diagnostics::collect(has_flag(argc, argv, "--verbose"));
         return carry_out(argc, argv);
