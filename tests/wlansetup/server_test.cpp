@@ -120,6 +120,7 @@ protected:
         std::string answer;
         for (int turn = 0; answer.find("\"serving\"") == std::string::npos; ++turn) {
             ASSERT_LT(turn, 2000);
+            usleep(10000);
             EXPECT_EQ(ask(get("/api/status"), &answer), 200);
         }
     }
