@@ -12,6 +12,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "src/base/unique_fd.h"
+
 namespace {
 
 /// As in C, so that no text can break a line or a column.
@@ -47,9 +49,8 @@ void write_journal(std::int64_t microseconds, const intercepted_call& call, int 
     const std::string line = std::to_string(microseconds / 1000) + '\t' + escaped(call.subject) +
                              '\t' + call.request + '\t' + escaped(call.text) + '\t' + call.length +
                              '\t' + answer_text(call, answer) + '\n';
-    const int file =
-        open(in_scratch("/journal").c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0600);
-    if (file < 0 || write(file, line.data(), line.size()) < 0)
+    const libwlan::unique_fd file(
+        open(in_scratch("/journal").c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0600));
+    if (!file || write(file.get(), line.data(), line.size()) < 0)
         std::perror("vcamera: journal");
-    close(file);
 }

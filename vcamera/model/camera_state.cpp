@@ -31,6 +31,14 @@ char first_scratch_folder[PATH_MAX];
     std::_Exit(127);
 }
 
+/// @return a descriptor out of the way: the program's own keep the numbers that they would have.
+int open_state() {
+    const libwlan::unique_fd low(open(in_scratch("/state").c_str(), O_RDWR | O_CLOEXEC));
+    if (!low)
+        give_up(std::strerror(errno));
+    return fcntl(low.get(), F_DUPFD_CLOEXEC, 200);
+}
+
 void map_state(int file) {
     struct stat about {};
     if (fstat(file, &about) != 0)
@@ -81,21 +89,14 @@ std::string in_scratch(const std::string& path) {
     return scratch_folder() + path;
 }
 
-locked_camera::locked_camera() {
-    const int low = open(in_scratch("/state").c_str(), O_RDWR | O_CLOEXEC);
-    if (low < 0)
-        give_up(std::strerror(errno));
-    // Out of the way: the program's own descriptors keep the numbers that they would have.
-    file_ = fcntl(low, F_DUPFD_CLOEXEC, 200);
-    close(low);
-    while (flock(file_, LOCK_EX) != 0 && errno == EINTR) {
+locked_camera::locked_camera() : file_(open_state()) {
+    while (flock(file_.get(), LOCK_EX) != 0 && errno == EINTR) {
     }
-    map_state(file_);
+    map_state(file_.get());
 }
 
 locked_camera::~locked_camera() {
-    flock(file_, LOCK_UN); // closing alone does not unlock a file that is mapped
-    close(file_);
+    flock(file_.get(), LOCK_UN); // closing alone does not unlock a file that is mapped
 }
 
 camera_state& locked_camera::operator*() const {

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <string>
 
+#include "src/base/unique_fd.h"
 #include "vcamera/model/addresses.h"
 #include "vcamera/model/control_sockets.h"
 #include "vcamera/model/hostapd_settings.h"
@@ -104,5 +105,5 @@ public:
     camera_state& operator*() const;
 
 private:
-    int file_;
+    libwlan::unique_fd file_;
 };

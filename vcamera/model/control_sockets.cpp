@@ -14,6 +14,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "src/base/unique_fd.h"
 #include "vcamera/model/camera_state.h"
 #include "vcamera/model/control_commands.h"
 #include "vcamera/model/daemons.h"
@@ -27,15 +28,13 @@ constexpr int flood_part = 5; // leaves room for an answer: the kernel may queue
 
 /// @return 0 or an errno.
 int send_to(const sockaddr_un& address, std::uint32_t size, const std::string& text) {
-    const int socket = ::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
-    if (socket < 0)
+    const libwlan::unique_fd socket(::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0));
+    if (!socket)
         return errno;
     const ssize_t sent =
-        sendto(socket, text.data(), text.size(), MSG_DONTWAIT | MSG_NOSIGNAL,
+        sendto(socket.get(), text.data(), text.size(), MSG_DONTWAIT | MSG_NOSIGNAL,
                reinterpret_cast<const sockaddr*>(&address), static_cast<socklen_t>(size));
-    const int error = sent < 0 ? errno : 0;
-    close(socket);
-    return error;
+    return sent < 0 ? errno : 0;
 }
 
 /// A client that is gone is forgotten; one that does not read misses it.
