@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Asks an HTTP server many times, and tells how soon its answers begin: http_load ADDRESS PORT REQUESTS. Ends with
-// status 1 and says nothing when an answer is missing.
+// Asks an HTTP server many times, and tells how soon its answers begin: http_load ADDRESS PORT
+// REQUESTS. Ends with status 1 and says nothing when an answer is missing.
 
 #include <algorithm>
 #include <chrono>
@@ -28,14 +28,17 @@ double ask(const sockaddr_in& server) {
     setsockopt(connection.get(), SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
     char host[INET_ADDRSTRLEN] = "";
     inet_ntop(AF_INET, &server.sin_addr, host, sizeof host);
-    const std::string request = std::string("GET / HTTP/1.1\r\nHost: ") + host + "\r\nConnection: close\r\n\r\n";
+    const std::string request =
+        std::string("GET / HTTP/1.1\r\nHost: ") + host + "\r\nConnection: close\r\n\r\n";
     if (connect(connection.get(), reinterpret_cast<const sockaddr*>(&server), sizeof server) != 0 ||
-        send(connection.get(), request.data(), request.size(), MSG_NOSIGNAL) != static_cast<ssize_t>(request.size()))
+        send(connection.get(), request.data(), request.size(), MSG_NOSIGNAL) !=
+            static_cast<ssize_t>(request.size()))
         return -1;
     char bytes[4096];
     ssize_t count = recv(connection.get(), bytes, sizeof bytes, 0);
     const std::chrono::duration<double, std::milli> taken = clock_type::now() - begun;
-    const bool is_answer = std::string(bytes, static_cast<std::size_t>(std::max<ssize_t>(count, 0))).rfind("HTTP/1.1 200", 0) == 0;
+    const bool is_answer = std::string(bytes, static_cast<std::size_t>(std::max<ssize_t>(count, 0)))
+                               .rfind("HTTP/1.1 200", 0) == 0;
     while (count > 0)
         count = recv(connection.get(), bytes, sizeof bytes, 0);
     return is_answer && count == 0 ? taken.count() : -1;
@@ -56,5 +59,6 @@ int main(int argc, char** argv) {
             return 1;
     }
     std::sort(taken.begin(), taken.end());
-    std::printf("%.0f ms, at most %.0f, of %zu\n", taken[taken.size() / 2], taken.back(), taken.size());
+    std::printf("%.0f ms, at most %.0f, of %zu\n", taken[taken.size() / 2], taken.back(),
+                taken.size());
 }
