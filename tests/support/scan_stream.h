@@ -4,6 +4,7 @@
 
 #pragma once
 
+#include <cstdint>
 #include <initializer_list>
 #include <string>
 #include <vector>
@@ -13,11 +14,17 @@ namespace scan_stream {
 inline std::string bytes(std::initializer_list<int> values) {
     return {values.begin(), values.end()};
 }
+/// Numbers of events, which have this processor's byte order.
 inline std::string u16(std::size_t value) {
-    return bytes({static_cast<int>(value), static_cast<int>(value >> 8U)});
+    const auto number = static_cast<std::uint16_t>(value);
+    return {reinterpret_cast<const char*>(&number), sizeof number};
 }
 inline std::string u32(int value) {
-    return bytes({value, value >> 8, value >> 16, value >> 24});
+    return {reinterpret_cast<const char*>(&value), sizeof value};
+}
+/// Numbers of elements, which have that of the air.
+inline std::string le16(std::size_t value) {
+    return bytes({static_cast<int>(value), static_cast<int>(value >> 8U)});
 }
 
 inline std::string event(unsigned command, const std::string& payload) {
@@ -40,7 +47,7 @@ inline std::string mode(int value) {
     return event(0x8B07, u32(value));
 }
 inline std::string frequency(int mantissa, int exponent) {
-    return event(0x8B05, u32(mantissa) + u32(exponent).substr(0, 2) + u16(0));
+    return event(0x8B05, u32(mantissa) + u16(static_cast<std::size_t>(exponent)) + u16(0));
 }
 inline std::string encryption(bool on) {
     return sized(0x8B2B, 0, on ? 0x0800 : 0x8000);
@@ -60,10 +67,10 @@ inline std::string point(int number, const std::string& ssid, const std::string&
 /// A security element with one group cipher and some pairwise ciphers: 1 is WEP-40, 2 TKIP, 4 CCMP, 5 WEP-104.
 inline std::string security_element(int id, std::string head, const std::string& oui, int group,
                                     const std::vector<int>& pairwise) {
-    std::string body = std::move(head) + u16(1) + oui + bytes({group}) + u16(pairwise.size());
+    std::string body = std::move(head) + le16(1) + oui + bytes({group}) + le16(pairwise.size());
     for (const int cipher : pairwise)
         body += oui + bytes({cipher});
-    body += u16(1) + oui + bytes({2});
+    body += le16(1) + oui + bytes({2});
     return bytes({id, static_cast<int>(body.size())}) + body;
 }
 inline std::string wpa(int group, const std::vector<int>& pairwise) {

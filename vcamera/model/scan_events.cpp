@@ -29,9 +29,14 @@ std::string bytes_of(Number value) {
     return {reinterpret_cast<const char*>(&value), sizeof value};
 }
 
-/// A 16-bit number, as most of them are.
+/// A 16-bit number, as most of them are: events have the kernel's byte order.
 std::string short_of(std::size_t value) {
     return bytes_of(static_cast<std::uint16_t>(value));
+}
+
+/// Beacons have numbers of their own byte order, whatever the kernel's is.
+std::string on_air(std::size_t value) {
+    return {static_cast<char>(value & 0xFFU), static_cast<char>(value >> 8U)};
 }
 
 std::string element(int id, const std::string& body) {
@@ -51,8 +56,8 @@ std::string suites_of(int ciphers, const std::string& oui) {
 std::string security(const access_point& point, const std::string& oui) {
     const std::string pairwise = suites_of(point.cipher, oui);
     const char manager = (point.security & AIR_SERVER) != 0 ? by_server : by_passphrase;
-    return short_of(1) + suites_of(point.group, oui) + short_of(pairwise.size() / 4) + pairwise +
-           short_of(1) + oui + manager;
+    return on_air(1) + suites_of(point.group, oui) + on_air(pairwise.size() / 4) + pairwise +
+           on_air(1) + oui + manager;
 }
 
 std::string elements(const access_point& point, const std::string& name, int vendor_bytes) {
@@ -60,7 +65,7 @@ std::string elements(const access_point& point, const std::string& name, int ven
     if ((point.security & AIR_WPA) != 0)
         all += element(221, wpa_oui + '\x01' + security(point, wpa_oui));
     if ((point.security & AIR_WPA2) != 0)
-        all += element(48, security(point, rsn_oui) + short_of(0));
+        all += element(48, security(point, rsn_oui) + on_air(0));
     if (vendor_bytes > 0)
         all += element(221, std::string(static_cast<std::size_t>(vendor_bytes), 'v'));
     return all;
