@@ -51,7 +51,9 @@ private:
     message next();
 
     std::string path_;
+#ifdef WLANCTL_WPA_CTRL
     wpa_ctrl* control_ = nullptr;
+#endif
     std::deque<std::string> asked_; ///< and not replied to yet
 };
 

@@ -28,8 +28,9 @@ public:
     explicit questioner(const char* interface)
         : interface_(interface), socket_(socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0)) {}
 
+    /// @param request of 16 bits: glibc's ioctl() takes an unsigned number, musl's a signed one.
     /// @return whether the kernel answered into `data`.
-    bool ask(unsigned int request, iwreq& data) const {
+    bool ask(unsigned short request, iwreq& data) const {
         std::snprintf(data.ifr_name, sizeof data.ifr_name, "%s", interface_);
         return ioctl(socket_.get(), request, &data) >= 0;
     }
