@@ -4,6 +4,7 @@
 #include "tests/support/camera_test.h"
 
 #include <algorithm>
+#include <cstring>
 #include <optional>
 #include <random>
 #include <set>
@@ -119,6 +120,31 @@ TEST_F(scan_events, hostile_elements_count_as_far_as_they_go) {
                   (lines{print("a|02:00:00:00:00:01|%s|Infra|6|200|70", row.security),
                          "other|02:00:00:00:00:02|NONE|OPEN|Infra|6|200|70"}));
     }
+}
+
+/// The same events as a 64-bit kernel lays them out for 64-bit programs: the payload begins at 8, the bytes that an
+/// event counts at 16.
+std::string widened(const std::string& stream) {
+    std::string wide;
+    for (std::size_t at = 0; at < stream.size();) {
+        std::uint16_t length = 0;
+        std::uint16_t command = 0;
+        std::memcpy(&length, &stream[at], sizeof length);
+        std::memcpy(&command, &stream[at + 2], sizeof command);
+        std::string payload = stream.substr(at + 4, length - 4U);
+        if (command == 0x8B1B || command == 0x8B2B || command == 0x8C05)
+            payload.insert(4, 4, '\0');
+        wide += u16(8 + payload.size()) + u16(command) + u32(0) + payload;
+        at += length;
+    }
+    return wide;
+}
+
+TEST_F(scan_events, wide_events_are_no_networks) {
+    const std::string air = point(1, "a", elements(rsn(4, {4}))) + other;
+    EXPECT_EQ(names(survey(air)), (lines{"a", "other"}));
+    EXPECT_EQ(names(survey(widened(air))), lines{});
+    EXPECT_EQ(names(survey(widened(air) + air)), (lines{"a", "other"})); // and do no harm
 }
 
 // Random air
