@@ -44,7 +44,7 @@ TEST_F(doctor, names_the_programs_that_are_lacking) {
             stored_settings().access_point("Camera", "open", "none").client("Net", "open", "none");
         write("/scene", scene(row.adapter).key("usb", "lsusb").stored(stored).json_text());
         const int status =
-            std::system(VCAMERA " --scene scene --scratch world -- " WLANCTL " --json doctor >told 2>err");
+            std::system("'" VCAMERA "' --scene scene --scratch world -- '" WLANCTL "' --json doctor >told 2>err");
         const auto told = nlohmann::json::parse(read("/told"));
         std::vector<std::string> broken;
         for (const auto& check : told["checks"]) {
@@ -85,7 +85,7 @@ TEST_F(doctor, knows_hostapd_s_configuration) {
                                                 "ht_capab=[SHORT-GI-20][HT40+]"};
         write("/scene", scene("realtek").key("usb", "lsusb").file("/tmp/hostapd.conf", lines).json_text());
         static_cast<void>(
-            std::system(VCAMERA " --scene scene --scratch world -- " WLANCTL " --json doctor >told 2>err"));
+            std::system("'" VCAMERA "' --scene scene --scratch world -- '" WLANCTL "' --json doctor >told 2>err"));
         std::vector<std::string> broken;
         const auto told = nlohmann::json::parse(read("/told"));
         for (const auto& check : told["checks"]) {

@@ -27,7 +27,8 @@ protected:
     /// Holds every line that was told against the schema.
     ~outcome_test() override {
         write("/lines", all_lines);
-        EXPECT_EQ(std::system(SCHEMA_CHECK " " PROGRESS_SCHEMA " <lines >schema.out 2>&1"), 0) << read("/schema.out");
+        EXPECT_EQ(std::system("'" SCHEMA_CHECK "' '" PROGRESS_SCHEMA "' <lines >schema.out 2>&1"), 0)
+            << read("/schema.out");
     }
 
     /// Runs a request for programs.

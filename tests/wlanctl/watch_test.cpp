@@ -106,7 +106,7 @@ TEST_F(wlanctl, watch_tells_a_line_a_look) {
     EXPECT_EQ(lines[1]["access_point"], nullptr);
     EXPECT_EQ(lines[2]["outcome"], "done");
     write("/lines", told("watch --count 1 --json"));
-    EXPECT_EQ(std::system(SCHEMA_CHECK " " PROGRESS_SCHEMA " <lines"), 0);
+    EXPECT_EQ(std::system("'" SCHEMA_CHECK "' '" PROGRESS_SCHEMA "' <lines"), 0);
     EXPECT_EQ(run("disconnect"), 0);
     EXPECT_EQ(told("watch --count 1"), "0:00:00  not joined\n");
 }

@@ -47,15 +47,15 @@ protected:
 
     /// @param speed of the camera's clock; 0 does not wait at all.
     static std::string command(const std::string& arguments, const std::string& speed = "0") {
-        return VCAMERA " --scene scene.json --speed " + speed + " --scratch world -- " WLANCTL " " + arguments;
+        return "'" VCAMERA "' --scene scene.json --speed " + speed + " --scratch world -- '" WLANCTL "' " + arguments;
     }
 
     /// Lets at least twenty seconds of the camera's clock pass.
-    void let_seconds_pass() { shell(VCAMERA " --speed 1000 --scratch world -- sleep 0.02"); }
+    void let_seconds_pass() { shell("'" VCAMERA "' --speed 1000 --scratch world -- sleep 0.02"); }
 
     /// @return the intercepted calls, in order.
     std::string journal() {
-        shell(VCAMERA " log --scratch world");
+        shell("'" VCAMERA "' log --scratch world");
         return out;
     }
 
