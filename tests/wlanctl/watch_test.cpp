@@ -174,7 +174,7 @@ TEST_F(wlanctl, doctor_sees_descriptors_run_out) {
     const std::string taken = "for i in {20..190}; do eval \"exec $i</dev/null\"; done; ";
     for (const auto& [preparation, breaks] : {std::pair<std::string, bool>("", false), {taken, true}}) {
         SCOPED_TRACE(preparation);
-        const terminal terminal("bash -c 'ulimit -n 220; " + preparation + "exec " + watching + "'");
+        const terminal terminal("bash -c 'ulimit -n 220; " + preparation + "exec \"$@\"' bash " + watching);
         terminal.show("Ctrl-C ends");
         run("--json doctor");
         const auto answer = nlohmann::json::parse(out);
