@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Drives the set-up page in Chromium as a person with a phone does, against wlansetup and a stand-in for wlanctl.
-// usage: node page_test.mjs WLANSETUP WLANCTL_STAND_IN OPENAPI_FILE [IMAGES_FOLDER]
+// Drives the set-up page in Chromium as a person with a phone does, against wlansetup and a stand-in for wlanctl, and
+// against the real one on the virtual camera.
+// usage: node page_test.mjs SOURCE_FOLDER BUILD_FOLDER [IMAGES_FOLDER]
 
 import assert from 'node:assert/strict';
 import { spawn } from 'node:child_process';
@@ -11,7 +12,10 @@ import os from 'node:os';
 import path from 'node:path';
 import { chromium } from 'playwright-core';
 
-const [wlansetup, standIn, openapiFile, images] = process.argv.slice(2).map((file) => file && path.resolve(file));
+const [source, build, images] = process.argv.slice(2).map((folder) => folder && path.resolve(folder));
+const wlansetup = path.join(build, 'tools/wlansetup/wlansetup');
+const standIn = path.join(source, 'tests/support/wlanctl_stand_in');
+const openapiFile = path.join(source, 'tools/wlansetup/openapi.json');
 const require = createRequire(import.meta.url);
 const axe = fs.readFileSync(require.resolve('axe-core/axe.min.js'), 'utf8');
 const Ajv = require('ajv/dist/2020.js');
@@ -53,6 +57,9 @@ async function freePort() {
 
 /// A camera with its program, and browsers on its access point.
 class Camera {
+  wlanctl = standIn;
+  command = () => [wlansetup];
+
   constructor() {
     this.folder = fs.mkdtempSync(path.join(os.tmpdir(), 'page-test-'));
     this.browsers = [];
@@ -72,9 +79,10 @@ class Camera {
     this.port ??= await freePort();
     this.url = `http://127.0.0.1:${this.port}/`;
     this.log = '';
-    this.program = spawn(wlansetup, ['--port', this.port, '--retry', '0', '--check', '1',
+    const [program, ...words] = this.command();
+    this.program = spawn(program, [...words, '--port', this.port, '--retry', '0', '--check', '1',
       ...(options.includes('--shown') ? [] : ['--shown', '2']), ...options],
-      { env: { ...process.env, STAND_IN: this.folder, WLANCTL: standIn } });
+      { env: { ...process.env, STAND_IN: this.folder, WLANCTL: this.wlanctl } });
     this.program.stderr.on('data', (text) => { this.log += text; });
     this.ended = new Promise((done) => this.program.on('exit', done));
   }
@@ -118,6 +126,19 @@ class Camera {
       assert.ok(tries < 400, 'the access point is still there:\n' + this.log);
       await new Promise((done) => setTimeout(done, 50));
     }
+  }
+}
+
+/// The same with the real wlanctl, on the virtual camera.
+class VirtualCamera extends Camera {
+  wlanctl = path.join(build, 'tools/wlanctl/wlanctl');
+  command = () => [path.join(build, 'vcamera/vcamera'), '--fresh', '--scratch', path.join(this.folder, 'camera'),
+    '--speed', '10', '--scene', path.join(source, 'vcamera/scenes', this.scene), '--', wlansetup,
+    '--address', '127.0.0.1'];
+
+  constructor(scene) {
+    super();
+    this.scene = scene;
   }
 }
 
@@ -480,13 +501,30 @@ const tests = {
   },
 };
 
+async function setUp(camera) {
+  const page = await camera.browse();
+  await join(page, /^Office\s*,/, 'not the key'); // not "Office 5G"
+  await page.getByText('Office was not joined').waitFor();
+  await page.getByLabel('Key', { exact: true }).fill('correct horse battery');
+  await page.getByRole('button', { name: 'Connect', exact: true }).click();
+  await heading(page, /is connected$/);
+  await page.getByRole('link', { name: '192.168.7.20' }).waitFor();
+  assert.match(camera.read('camera/etc/camera.conf'), /^ssid = .*Office/m);
+}
+
+const cameras = [
+  ...Object.entries(tests).map(([name, run]) => [name, run, () => new Camera()]),
+  ...['mtk', 'realtek'].map((family) => [`sets up the virtual camera, ${family}`, setUp,
+    () => new VirtualCamera(`${family}-first-boot.json`)]),
+];
+
 const only = process.env.ONLY;
 const chromiumProcess = await chromium.launch({ executablePath: process.env.CHROMIUM || '/usr/bin/chromium',
   args: ['--no-sandbox'] });
 let failed = 0;
-for (const [name, run] of Object.entries(tests)) {
+for (const [name, run, makeCamera] of cameras) {
   if (only && !name.includes(only)) continue;
-  const camera = new Camera();
+  const camera = makeCamera();
   await camera.start();
   try {
     await run(camera);
