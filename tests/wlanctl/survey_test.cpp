@@ -129,7 +129,7 @@ TEST_F(wlanctl, survey_aligns_wide_characters) {
     } rows[] = {
         {"30", {"Office   6 ", "会議室~  1 ", "Cafe\u0301 📷  1 "}},
         {"31", {"Office     6 ", "会議室の~  1 ", "Cafe\u0301 📷    1 "}},
-        {"80", {"Office        02:", "会議室の二階  02:", "Cafe\u0301 📷       02:"}},
+        {"80", {"Office        02:00:5e:", "会議室の二階  02:", "Cafe\u0301 📷       02:"}},
     };
     for (const auto& row : rows) {
         const terminal terminal(std::string("env LC_ALL=C.UTF-8 NO_COLOR=1 COLUMNS=") + row.columns + " " +

@@ -136,7 +136,7 @@ int strength(const sites& site) {
 answer describe(const sites& site, bool mediatek) {
     const int channel = channel_of(site, mediatek);
     answer told = {{"name", name_of(site)},
-                   {"bssid", text_of(site.bssid)},
+                   {"bssid", address_text(text_of(site.bssid))},
                    {"channel", channel == 0 ? answer() : answer(channel)},
                    {"band", band_of(channel)},
                    {"security", security_of(site)}};

@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "air.h"
+#include "field.h"
 #include "mediatek_beacons.h"
 #include "realtek_beacons.h"
 
@@ -34,7 +35,7 @@ answer describe(const beacon& beacon) {
         return number == none ? answer() : answer(number);
     };
     return {{"name", *beacon.name == '\0' ? answer() : answer(beacon.name)},
-            {"bssid", beacon.bssid},
+            {"bssid", address_text(beacon.bssid)},
             {"channel", told(beacon.channel, 0)},
             {"band", band_of(beacon.channel)},
             {"frequency_mhz", told(beacon.mhz, 0)},
