@@ -255,8 +255,8 @@ TEST_F(outcome_test, cancelled_requests_stop_what_they_started) {
 
 TEST_F(outcome_test, second_request_waits_its_turn) {
     plug_in(scene("realtek").air(home));
-    write("/key", "office-key");
-    running request(command("--json --progress join Office --auth wpa2psk --key-file key --address --wait 300", "1"));
+    outcome_of("store set Office --key-file -", "office-key");
+    running request(command("--json --progress join --stored --address --wait 300", "1"));
     while (read("/running.out").find("associating") == std::string::npos)
         std::this_thread::sleep_for(std::chrono::milliseconds(5));
     const json second = outcome_of("survey --lock-wait 0");

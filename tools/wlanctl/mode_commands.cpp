@@ -271,6 +271,7 @@ void add_station_options(CLI::App& command, mode_options& options, const std::st
 
 /// What a command does, with --stored and without.
 struct mode {
+    const char* command;
     mode_request (*stored)();
     answer (*run)(mode_options&);
 };
@@ -281,7 +282,7 @@ answer run_stored(const mode& mode, const mode_options& options,
         if (other->count() > 0)
             throw CLI::ExcludesError("--stored", other->get_name());
     }
-    const request_lock lock("stored settings", options.request.lock_wait);
+    const request_lock lock(mode.command, options.request.lock_wait);
     const adapter found = find_adapter();
     return carry_out(mode.stored(), found, options.request);
 }
@@ -310,7 +311,7 @@ void add_access_point(CLI::App& wlanctl, answer& result) {
     command.require_subcommand(1);
     auto& start = *command.add_subcommand("start", "Start the access point");
     add_network_options(start, options->access_point, "the camera's own network", "--ssid");
-    finish(start, options, {stored_access_point, start_access_point}, result);
+    finish(start, options, {"ap start", stored_access_point, start_access_point}, result);
     auto& stop = *command.add_subcommand("stop", "Stop the access point and its DHCP server");
     add_lock_option(stop, options->request);
     stop.callback([options, &result] { result = stop_access_point(options->request); });
@@ -347,7 +348,7 @@ void add_join(CLI::App& wlanctl, answer& result) {
     command.add_option("--key-index", options->key_index, "Number of the WEP key (MediaTek)")
         ->check(CLI::Range(1, 4, "1-4"));
     command.add_flag("--store", options->store, "Store the network once it is joined");
-    finish(command, options, {stored_station, join}, result);
+    finish(command, options, {"join", stored_station, join}, result);
     add_join_outcome_options(command, *options);
     command.footer(outcome_footer);
 }
@@ -358,7 +359,7 @@ void add_repeat(CLI::App& wlanctl, answer& result) {
     add_network_options(command, options->access_point, "the camera's own network", "--ap-ssid",
                         "--ap-");
     add_station_options(command, *options, "--ssid");
-    finish(command, options, {stored_repeater, repeat}, result);
+    finish(command, options, {"repeat", stored_repeater, repeat}, result);
     add_join_outcome_options(command, *options);
     command.footer(outcome_footer);
 }
