@@ -5,6 +5,9 @@
 
 #include <algorithm>
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include "libwlan/libwlan.h"
 
 namespace {
@@ -235,6 +238,17 @@ TEST_F(link_status, refused_statistics_leave_the_socket) {
     plug_in(camera.fault("ioctl", "EINVAL").match("SIOCGIWSTATS"));
     WIFI_INFO info{};
     EXPECT_EQ(watch([&] { return get_wifi_info(info); }), (outcome{-22, "", "ioctl failed: get_wifi_info\n", 1}));
+}
+
+TEST_F(link_status, socket_of_number_0_is_none_and_stays) {
+    join_on(camera);
+    const int input = dup(STDIN_FILENO);
+    close(STDIN_FILENO);
+    WIFI_INFO info{};
+    EXPECT_EQ(get_wifi_info(info), -1);
+    EXPECT_NE(fcntl(STDIN_FILENO, F_GETFD), -1);
+    dup2(input, STDIN_FILENO);
+    close(input);
 }
 
 TEST_F(link_status, figures_need_a_socket) {

@@ -51,6 +51,8 @@ TEST_F(mtk_commands, only_ifconfig_s_status_counts) {
     radio.set_interface(text("ra0"));
     EXPECT_EQ(watch([&] { return radio.ifconfig(text("ra0"), text("up")); }).result, 127 << 8);
     EXPECT_EQ(watch([&] { return radio.command_set_private(text("SiteSurvey=1")); }).result, 0);
+    EXPECT_EQ(radio.ifconfig(nullptr, text("up")), -1);
+    EXPECT_EQ(radio.ifconfig(text("ra0"), nullptr), -1);
 }
 
 TEST_F(mtk_commands, overlong_ones_of_tools_are_cut) {
