@@ -39,7 +39,7 @@ bool is_among(const sites& site, const std::vector<listed_point>& points) {
 }
 
 /// Whether a survey lists each named access point that a tool prints once per name, as it is there.
-verdict same_air(const std::string& command) {
+verdict compare_air(const std::string& command) {
     const std::vector<listed_point> points = read_listing(output_of(command));
     std::vector<sites> survey;
     if (run_site_survey(survey) != 0)
@@ -58,6 +58,14 @@ verdict same_air(const std::string& command) {
         return {false, "not listed: " + *missing.begin()};
     return {names >= 7,
             std::to_string(points.size()) + " access points, " + std::to_string(names) + " names"};
+}
+
+/// A scan misses beacons, the more the busier this machine is.
+verdict same_air(const std::string& command) {
+    verdict found = compare_air(command);
+    for (int tries = 1; tries < 3 && !found.passed; ++tries)
+        found = compare_air(command);
+    return found;
 }
 
 verdict survey_is_what_iw_sees() {
